@@ -1,0 +1,35 @@
+#include "effects/channel_tint.h"
+
+namespace lx {
+
+void ChannelTint::setFactors(double c0, double c1, double c2) {
+  c_[0] = c0;
+  c_[1] = c1;
+  c_[2] = c2;
+  for (int v = 0; v < 256; ++v) {
+    a_[v] = static_cast<uint8_t>(static_cast<int>(0.11 * v));
+    b_[v] = static_cast<uint8_t>(static_cast<int>(0.59 * v));
+    c_lum_[v] = static_cast<uint8_t>(static_cast<int>(0.3 * v));
+    t0_[v] = static_cast<uint8_t>(static_cast<int>(v * c2));
+    t1_[v] = static_cast<uint8_t>(static_cast<int>(v * c1));
+    t2_[v] = static_cast<uint8_t>(static_cast<int>(v * c0));
+  }
+}
+
+void ChannelTint::apply(const PixelView& image) const {
+  if (image.empty()) return;
+  for (int32_t y = 0; y < image.height; ++y) {
+    uint8_t* p = reinterpret_cast<uint8_t*>(image.row(y));
+    for (int32_t x = 0; x < image.width; ++x, p += 4) {
+      // The three weights sum below 1, so lum never leaves 0..255 for byte inputs.
+      const unsigned lum = a_[p[0]] + b_[p[1]] + c_lum_[p[2]];
+      if (lum < 256) {
+        p[0] = t0_[lum];
+        p[1] = t1_[lum];
+        p[2] = t2_[lum];
+      }
+    }
+  }
+}
+
+}  // namespace lx

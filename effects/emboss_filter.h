@@ -1,0 +1,38 @@
+// Grey relief of the Face: bump shading of a 3x3 neighbourhood lit from (azimuth, elevation).
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "effects/effect_object.h"
+#include "image/pixel_view.h"
+
+namespace lx {
+
+class EmbossFilter : public EffectObject {
+ public:
+  EmbossFilter() { updateLight(); }
+
+  // Azimuth in radians, used as given; the light is recomputed.
+  void setAzimuth(double radians) {
+    azimuth_ = radians;
+    updateLight();
+  }
+  double azimuth() const { return azimuth_; }
+  double elevation() const { return elevation_; }
+  int32_t depth() const { return depth_; }
+
+  // Replaces the colours of an image of 3 rows or more by the shaded grey; alpha stays.
+  void apply(const PixelView& image);
+
+ private:
+  void updateLight();
+
+  double azimuth_ = 135.0;
+  double elevation_ = 60.0;
+  int32_t depth_ = 3;
+  double lx_ = 0, ly_ = 0, lz_ = 0, nz_ = 0, nz2_ = 0, nzlz_ = 0, background_ = 0;
+  std::vector<uint32_t> copy_, rows_;
+};
+
+}  // namespace lx

@@ -1,0 +1,18 @@
+// Laying one finished layer onto another: straight-alpha blends on a 256 scale, placed by the images'
+// rectangles and clipped to both.
+#pragma once
+
+#include <cstdint>
+
+#include "image/pixel_view.h"
+
+namespace lx {
+
+// Source over target where their rectangles overlap; the target's alpha never exceeds 255.
+void BlendOver(const PlacedView& source, const PlacedView& target);
+
+// As BlendOver with the saturating alpha law; the result alpha is held between the alpha bytes
+// (bits 24-31) of the two colours.
+void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA, uint32_t colourB);
+
+}  // namespace lx

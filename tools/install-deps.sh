@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Installs, from Debian's packages, whatever the two builds and their tests need and is not yet on this
+# machine. Safe to run again: a machine that has everything is left alone.
+set -euo pipefail
+
+native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
+             libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev)
+windows_pkgs=(g++-mingw-w64-i686 wine wine32)
+
+want_windows=1
+[ "${1:-}" = "--native-only" ] && want_windows=0
+
+missing=()
+for p in "${native_pkgs[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+if [ "$want_windows" = 1 ]; then
+  for p in g++-mingw-w64-i686 wine; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  done
+  dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q 'install ok installed' || missing+=(wine32:i386)
+fi
+[ "${#missing[@]}" -eq 0 ] && { echo "install-deps: nothing to install"; exit 0; }
+echo "install-deps: installing ${missing[*]}"
+
+SUDO=""
+[ "$(id -u)" -ne 0 ] && SUDO="sudo"
+export DEBIAN_FRONTEND=noninteractive
+
+if [ "$want_windows" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
+  $SUDO dpkg --add-architecture i386
+fi
+
+# The security suite's i386 index often lags the amd64 one, or fails to download at all; apt-get update
+# then exits 100 although every other index is fine. Keep going: a real failure shows up in the install.
+set +e
+$SUDO apt-get update -q >/tmp/lettrix-apt-update.log 2>&1
+rc=$?
+set -e
+if [ "$rc" -ne 0 ]; then
+  echo "install-deps: apt-get update exited $rc (a lagging index is tolerated); continuing"
+  grep -E '^(E|W):' /tmp/lettrix-apt-update.log | head -5 || true
+fi
+
+# With the i386 security index missing or behind, an amd64 library taken from the security suite can no
+# longer match its i386 twin (Multi-Arch: same needs equal versions). Ranking the security suite below the
+# main one for this install makes apt pick the main suite's version for both architectures.
+pin=/etc/apt/preferences.d/lettrix-security-below-main
+cleanup() { $SUDO rm -f "$pin"; }
+trap cleanup EXIT
+printf 'Package: *\nPin: release l=Debian-Security\nPin-Priority: 100\n' | $SUDO tee "$pin" >/dev/null
+
+if ! $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"; then
+  echo "install-deps: FAILED to install: ${missing[*]}" >&2
+  exit 1
+fi
+echo "install-deps: done"
