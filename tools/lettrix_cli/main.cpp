@@ -1,0 +1,32 @@
+// lettrix: renders decorated text with every setting of the library into a PNG or TGA file.
+#include <string>
+#include <vector>
+
+#include "tools/lettrix_cli/files.h"
+#include "tools/lettrix_cli/font_lookup.h"
+#include "tools/lettrix_cli/png_file.h"
+#include "tools/lettrix_cli/program.h"
+#include "tools/text_outline/text_outline.h"
+
+int main(int argc, char** argv) {
+  lxt::ProgramParts parts;
+  parts.info.name = "lettrix";
+  parts.info.summary = "Draws TEXT with a Face, an Outline and a Shadow into FILE (PNG or TGA).";
+  parts.info.hasFontconfig = true;
+  parts.info.readsPng = true;
+  parts.info.defaultFont = lx::text::kDefaultFontPath;
+  parts.resolveFont = [](const lxt::Job& job) {
+    if (!job.fontFile.empty()) return job.fontFile;
+    if (!job.fontFamily.empty()) return lxt::FindFontFile(job.fontFamily);
+    return std::string(lx::text::kDefaultFontPath);
+  };
+  parts.readImage = [](const std::string& path) {
+    const std::vector<uint8_t> bytes = lxt::ReadWholeFile(path, "texture file");
+    if (bytes.size() >= 8 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G') {
+      return lxt::DecodePng(bytes, path);
+    }
+    return lxt::DecodeTga(bytes, path);
+  };
+  parts.encodePng = lxt::EncodePng;
+  return lxt::RunProgram(std::vector<std::string>(argv + 1, argv + argc), parts);
+}

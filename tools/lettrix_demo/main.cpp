@@ -1,0 +1,72 @@
+// lettrix-demo: the lettrix program for Windows. Fonts come from GDI, pixels from lettrix.dll; it writes
+// TGA files and reads TGA textures.
+#include <windows.h>
+#include <shellapi.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tools/lettrix_cli/files.h"
+#include "tools/lettrix_cli/program.h"
+#include "tools/lettrix_cli/tool_error.h"
+#include "tools/text_outline/text_outline.h"
+
+namespace {
+
+std::string Utf8(const wchar_t* wide) {
+  const int n = WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+  if (n <= 0) return std::string();
+  std::string out(static_cast<size_t>(n), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide, -1, &out[0], n, nullptr, nullptr);
+  out.resize(static_cast<size_t>(n - 1));
+  return out;
+}
+
+// The arguments as UTF-8 (main's argv is in the ANSI code page and would lose the text's letters).
+std::vector<std::string> Arguments() {
+  int count = 0;
+  LPWSTR* wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> args;
+  for (int i = 1; wide && i < count; ++i) args.push_back(Utf8(wide[i]));
+  LocalFree(wide);
+  return args;
+}
+
+bool Readable(const std::string& path) {
+  std::FILE* f = std::fopen(path.c_str(), "rb");
+  if (f) std::fclose(f);
+  return f != nullptr;
+}
+
+// A Unix path, as the native program takes it, names the same file through Wine's drive Z:.
+std::string WindowsPath(const std::string& path) {
+  if (path.empty() || path[0] != '/' || Readable(path)) return path;
+  std::string mapped = "Z:" + path;
+  for (char& c : mapped) {
+    if (c == '/') c = '\\';
+  }
+  return Readable(mapped) ? mapped : path;
+}
+
+}  // namespace
+
+int main() {
+  lxt::ProgramParts parts;
+  parts.info.name = "lettrix-demo";
+  parts.info.summary = "Draws TEXT with a Face, an Outline and a Shadow into FILE (TGA), using lettrix.dll.";
+  parts.info.hasFontconfig = false;
+  parts.info.readsPng = false;
+  parts.info.defaultFont = lx::text::kDefaultFontPath;
+  parts.resolveFont = [](const lxt::Job& job) {
+    return WindowsPath(job.fontFile.empty() ? std::string(lx::text::kDefaultFontPath) : job.fontFile);
+  };
+  parts.readImage = [](const std::string& path) {
+    const std::vector<uint8_t> bytes = lxt::ReadWholeFile(WindowsPath(path), "texture file");
+    if (bytes.size() >= 4 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G') {
+      throw lxt::JobError("'" + path + "' is a PNG file; lettrix-demo reads TGA textures only");
+    }
+    return lxt::DecodeTga(bytes, path);
+  };
+  return lxt::RunProgram(Arguments(), parts);
+}
