@@ -70,7 +70,7 @@ void WriteFileAtomically(const std::string& path, const std::vector<uint8_t>& by
     std::remove(temporary.c_str());
     throw JobError("cannot write '" + path + "': " + std::strerror(written ? errno : error));
   }
-  if (!ReplaceFile(temporary, path)) {
+  if (!MoveIntoPlace(temporary, path)) {
     std::remove(temporary.c_str());
     throw JobError("cannot write '" + path + "': the finished file could not be moved into place");
   }

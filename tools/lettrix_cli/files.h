@@ -19,7 +19,7 @@ void WriteFileAtomically(const std::string& path, const std::vector<uint8_t>& by
 
 // Replaces `target` by `temporary` in one step; false when the system refuses. Each program supplies
 // the version for its system.
-bool ReplaceFile(const std::string& temporary, const std::string& target);
+bool MoveIntoPlace(const std::string& temporary, const std::string& target);
 
 // True colour TGA (types 2 and 10, 24 or 32 bits, either origin) to an image; throws JobError with the
 // file name for anything else or a damaged file.

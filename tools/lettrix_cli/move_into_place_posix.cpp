@@ -5,7 +5,7 @@
 
 namespace lxt {
 
-bool ReplaceFile(const std::string& temporary, const std::string& target) {
+bool MoveIntoPlace(const std::string& temporary, const std::string& target) {
   return std::rename(temporary.c_str(), target.c_str()) == 0;
 }
 

@@ -17,7 +17,7 @@ std::wstring Wide(const std::string& utf8) {
 
 }  // namespace
 
-bool ReplaceFile(const std::string& temporary, const std::string& target) {
+bool MoveIntoPlace(const std::string& temporary, const std::string& target) {
   return MoveFileExW(Wide(temporary).c_str(), Wide(target).c_str(),
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
