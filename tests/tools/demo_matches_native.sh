@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# lettrix-demo.exe (GDI fonts, lettrix.dll, under Wine) against the native lettrix program, preset by
+# preset: drawing the same outline block both must give the same bytes; drawing the same text each
+# lays out with its own font engine, so the images may differ only where the glyph shapes differ.
+# Usage: demo_matches_native.sh <lettrix-demo.exe> <source dir>; LETTRIX_NATIVE_BUILD names the native
+# build (default <source dir>/build/native), which has the lettrix program and lettrix_image_compare.
+set -euo pipefail
+demo=$1
+root=$2
+native=${LETTRIX_NATIVE_BUILD:-$root/build/native}
+lettrix="$native/bin/lettrix"
+compare="$native/bin/lettrix_image_compare"
+for tool in "$lettrix" "$compare"; do
+  [ -x "$tool" ] || { echo "missing $tool: build the native build first (or set LETTRIX_NATIVE_BUILD)" >&2; exit 1; }
+done
+work=$(mktemp -d /tmp/lettrix-demo-XXXXXX)
+trap 'rm -rf "$work"' EXIT
+wine_run() { "$root/tools/wine-run.sh" "$demo" "$@"; }
+
+failures=0
+check() {  # check <what> <command...>
+  local what=$1
+  shift
+  if ! "$@"; then
+    echo "FAILED: $what" >&2
+    failures=$((failures + 1))
+  fi
+}
+
+# The demo's own command line works, and a mistake is reported as by the native program.
+wine_run --version | grep -q '^lettrix-demo (Lettrix) ' || { echo "lettrix-demo --version failed" >&2; exit 1; }
+set +e
+wine_run -o "$work/x.tga" --face-blur 300 Hi 2>"$work/err.txt"
+status=$?
+set -e
+check "usage error status" [ "$status" = 2 ]
+check "usage error message" grep -q '^lettrix-demo: --face-blur: 300 is out of range (0..254)' "$work/err.txt"
+check "no file after an error" [ ! -e "$work/x.tga" ]
+
+for preset in $("$lettrix" --list-presets | awk '{print $1}'); do
+  echo "== $preset"
+  # One block, two programs: identical bytes.
+  "$lettrix" --preset "$preset" --dump-outline "$work/$preset.block" -o "$work/$preset-native.tga"
+  wine_run --preset "$preset" --outline-block "$work/$preset.block" -o "$work/$preset-demo-block.tga"
+  check "$preset: same block" "$compare" "$work/$preset-native.tga" "$work/$preset-demo-block.tga"
+
+  # Each program lays the text out itself (FreeType against GDI) on the same canvas.
+  "$lettrix" --preset "$preset" --canvas 800x240 -o "$work/$preset-native-text.tga"
+  wine_run --preset "$preset" --canvas 800x240 -o "$work/$preset-demo-text.tga"
+  check "$preset: same text" "$compare" "$work/$preset-native-text.tga" "$work/$preset-demo-text.tga" \
+    --tolerance 64 --max-share 0.03
+done
+
+[ "$failures" = 0 ] || { echo "$failures comparisons failed" >&2; exit 1; }
+echo "demo and native program agree"
