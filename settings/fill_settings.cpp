@@ -37,7 +37,10 @@ void FillSettings::setEndColour(uint32_t rgb, uint8_t alpha) {
 
 bool FillSettings::setGradientColours(const uint32_t* colours, const uint32_t* stops,
                                       const uint8_t* count) noexcept {
-  const uint32_t n = count != nullptr ? *count : 0;
+  return setGradientColours(colours, stops, static_cast<size_t>(count != nullptr ? *count : 0));
+}
+
+bool FillSettings::setGradientColours(const uint32_t* colours, const uint32_t* stops, size_t n) noexcept {
   const uint64_t bytes = static_cast<uint64_t>(n) * 4;
 
   bool ok = n != 0 && ValidateCallerMemory(colours, bytes, true);
@@ -45,7 +48,7 @@ bool FillSettings::setGradientColours(const uint32_t* colours, const uint32_t* s
   if (ok && stops != nullptr) {
     ok = ValidateCallerMemory(stops, bytes, true);
     if (ok) {
-      for (uint32_t i = 0; i < n; ++i) weightSum += stops[i];
+      for (size_t i = 0; i < n; ++i) weightSum += stops[i];
     }
   }
 
@@ -63,7 +66,7 @@ bool FillSettings::setGradientColours(const uint32_t* colours, const uint32_t* s
     return false;
   }
   // With the room reserved, push_back below cannot allocate.
-  for (uint32_t i = 0; i < n; ++i) {
+  for (size_t i = 0; i < n; ++i) {
     const uint32_t weight = uniform ? 1u : stops[i];
     if (weight == 0) continue;  // a zero weight beside non-zero ones drops its colour
     gradientStops.push_back(weight);

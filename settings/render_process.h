@@ -51,6 +51,9 @@ struct FillSettings {
   // value), and when memory runs out. Weights are relative: all zero (or no stop array) counts as all 1,
   // a zero weight beside non-zero ones drops its colour. At most kMaxColourStops entries are kept.
   bool setGradientColours(const uint32_t* colours, const uint32_t* stops, const uint8_t* count) noexcept;
+  // The same with the count as a number; the interface's byte count keeps the cap out of reach, this
+  // form does not.
+  bool setGradientColours(const uint32_t* colours, const uint32_t* stops, size_t count) noexcept;
   // Type dispatch: 0 and 1 store the type; 2 stores the clamped parameters, then the type; 3 the clamped
   // angle from p1, then the type; any other type stores 0. Parameters not needed are not read (and may
   // then be null or dangling); those that are read must be valid.

@@ -131,8 +131,8 @@ LETTRIX_API void LETTRIX_CALL SetFaceTextureTiling(RenderHandle* slot, const int
 LETTRIX_API void LETTRIX_CALL SetOutlineTextureTiling(RenderHandle* slot, const int32_t* mode);
 /** Face emboss light: azimuth in radians (clamped to [-pi, pi]) and a tint; the grey relief is scaled per
  *  channel by a/255 (red), c/255 (green) and b/255 (blue). 255, 255, 255 keeps it grey. */
-LETTRIX_API void LETTRIX_CALL SetFaceTextureEmbossed(RenderHandle* slot, const double* angle, const uint8_t* a,
-                                                     const uint8_t* b, const uint8_t* c);
+LETTRIX_API void LETTRIX_CALL SetFaceTextureEmbossed(RenderHandle* slot, const double* angle,
+                                                     const uint8_t* a, const uint8_t* b, const uint8_t* c);
 /** 1 embosses the Face. A null pointer changes nothing. */
 LETTRIX_API void LETTRIX_CALL EnableFaceEmbossed(RenderHandle* slot, const uint8_t* on);
 /** 1 gives the Outline a bevelled 3D border. A null pointer changes nothing. */
