@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
+#include <new>
 #include <vector>
 
 #include "settings/render_process.h"
+#include "tests/support/guard_pages.h"
 
 namespace lx {
 namespace {
@@ -205,6 +208,26 @@ TEST(FillTexture, SizesPastTheAddressSpaceAreRefused) {
   EXPECT_EQ(f.texture, nullptr);
   EXPECT_FALSE(f.setTexture(pixels, 65536, 16384));  // exactly 2^32 bytes
   EXPECT_EQ(f.texture, nullptr);
+}
+
+TEST(FillTexture, RecordWithoutAPixelBlockKeepsItsSize) {
+  // A caller buffer just over what one global block may hold: readable and writable, but the copy
+  // cannot be allocated. The mapping is never touched, so it costs address space only.
+  const int32_t width = 32768, height = 16385;
+  const uint64_t bytes = uint64_t{width} * height * 4;
+  std::unique_ptr<test::GuardedPages> pages;
+  try {
+    pages = std::make_unique<test::GuardedPages>(static_cast<size_t>(bytes / 4096 + 1));
+  } catch (const std::bad_alloc&) {
+    GTEST_SKIP() << "this address space cannot map a buffer of " << bytes << " bytes";
+  }
+  FillSettings f;
+  ASSERT_TRUE(f.setTexture(pages->page(0), width, height));
+  ASSERT_NE(f.texture, nullptr);
+  EXPECT_EQ(f.texture->pixels, nullptr);
+  EXPECT_TRUE(platform::IsNoBlock(f.texture->handle));
+  EXPECT_EQ(f.texture->width, width);
+  EXPECT_EQ(f.texture->height, height);
 }
 
 TEST(FillTexture, TakingFromAnotherRecordCopiesItsPixels) {
