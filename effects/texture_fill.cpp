@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+// AGG's clamping accessor compares a signed position with an unsigned length.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wsign-compare"
 #include <agg_image_accessors.h>
+#pragma GCC diagnostic pop
 #include <agg_span_image_filter_rgba.h>
 
 #include "image/pixel_buffer.h"
