@@ -186,13 +186,9 @@ TEST_F(ToolRun, GradientsRunAlongTheirShape) {
 
 TEST_F(ToolRun, TexturesFromFilesAndGenerators) {
   // A 2 x 1 texture of pure red and pure blue, tiled: the Face shows only those two colours.
-  std::vector<uint8_t> tga(18, 0);
-  tga[2] = 2;
-  tga[12] = 2;
-  tga[14] = 1;
-  tga[16] = 24;
-  tga[17] = 0x20;
-  tga.insert(tga.end(), {0, 0, 255, 255, 0, 0});
+  const std::vector<uint8_t> tga = {0, 0, 2,   0,   0,  0,    0, 0, 0, 0, 0, 0,  // uncompressed true colour
+                                    2, 0, 1,   0,   24, 0x20,  // 2 x 1, 24 bits, top row first
+                                    0, 0, 255, 255, 0,  0};    // red, blue (stored B, G, R)
   testing::WriteBytes(dir_.path("stripes.tga"), tga);
   const Image striped = Render({"--face-texture", dir_.path("stripes.tga"), "--size", "120", "H"});
   const int red = CountOf(striped, [](uint32_t p) { return IsColour(p, 0xFF0000); });
@@ -234,7 +230,9 @@ TEST_F(ToolRun, EmbossTurnsTheFaceIntoATintedRelief) {
   EXPECT_GE(distinct, 8);
   EXPECT_EQ(CountOf(flat, [](uint32_t p) { return IsColour(p, 0x3366CC); }), CountOf(flat, Opaque));
   for (uint32_t p : tinted.pixels) {
-    if (Opaque(p)) EXPECT_EQ(p & 0x00FFFF, 0u) << std::hex << p;
+    if (Opaque(p)) {
+      EXPECT_EQ(p & 0x00FFFF, 0u) << std::hex << p;
+    }
   }
 }
 
