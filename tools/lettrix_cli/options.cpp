@@ -490,12 +490,17 @@ std::string HelpText(const ProgramInfo& program) {
       out += Wrap(help, kColumn, 110) + "\n";
     }
   }
-  out += "\nColours: #RGB, #RRGGBB, #RRGGBBAA (AA = alpha, 00 transparent to FF opaque) or a name: " +
-         ColourNames() + ".\n";
-  out += "Angles are degrees with y growing downwards: 0 points right, 90 down, -90 up.\n";
   out +=
-      "\nExit status: 0 done; 1 the job failed (font, input file, drawing or output file); 2 the command "
-      "line is wrong.\nNothing is written when the job fails.\n";
+      "\n" + Wrap("Colours: #RGB, #RRGGBB, #RRGGBBAA (AA = alpha, 00 transparent to FF opaque) or a name: " +
+                      ColourNames() + ".",
+                  0, 110);
+  out += "\nAngles are degrees with y growing downwards: 0 points right, 90 down, -90 up.\n";
+  out += "\n" +
+         Wrap(
+             "Exit status: 0 done; 1 the job failed (font, input file, drawing or output file); 2 the "
+             "command line is wrong. Nothing is written when the job fails.",
+             0, 110) +
+         "\n";
   return out;
 }
 
