@@ -26,9 +26,7 @@ std::string String(FcPattern* p, const char* object, int index) {
   return FcPatternGetString(p, object, index, &value) == FcResultMatch ? reinterpret_cast<char*>(value) : "";
 }
 
-}  // namespace
-
-std::string FindFontFile(const std::string& pattern) {
+std::string FindWithFontconfig(const std::string& pattern) {
   Pattern asked(FcNameParse(reinterpret_cast<const FcChar8*>(pattern.c_str())));
   if (!asked) throw UsageError("--family: '" + pattern + "' is not a fontconfig pattern");
   const std::string family = String(asked.get(), FC_FAMILY, 0);
@@ -57,6 +55,16 @@ std::string FindFontFile(const std::string& pattern) {
   const std::string file = String(match.get(), FC_FILE, 0);
   if (file.empty()) throw JobError("fontconfig gave no file for '" + pattern + "'");
   return file;
+}
+
+}  // namespace
+
+std::string FindFontFile(const std::string& pattern) {
+  // The lookup is the program's only use of fontconfig: release everything it loaded once done.
+  struct Finish {
+    ~Finish() { FcFini(); }
+  } finish;
+  return FindWithFontconfig(pattern);
 }
 
 }  // namespace lxt
