@@ -129,14 +129,25 @@ std::vector<Point> FarOutside(const Image& mask, int32_t inset) {
   return out;
 }
 
-std::vector<Point> Without(const std::vector<Point>& a, const std::vector<Point>& b) {
-  std::set<std::pair<int32_t, int32_t>> drop;
-  for (const Point& p : b) drop.insert({p.x, p.y});
+namespace {
+
+std::vector<Point> Select(const std::vector<Point>& a, const std::vector<Point>& b, bool inB) {
+  std::set<std::pair<int32_t, int32_t>> in;
+  for (const Point& p : b) in.insert({p.x, p.y});
   std::vector<Point> out;
   for (const Point& p : a) {
-    if (drop.count({p.x, p.y}) == 0) out.push_back(p);
+    if ((in.count({p.x, p.y}) != 0) == inB) out.push_back(p);
   }
   return out;
+}
+
+}  // namespace
+
+std::vector<Point> Without(const std::vector<Point>& a, const std::vector<Point>& b) {
+  return Select(a, b, false);
+}
+std::vector<Point> Both(const std::vector<Point>& a, const std::vector<Point>& b) {
+  return Select(a, b, true);
 }
 
 }  // namespace lx::test

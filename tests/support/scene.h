@@ -93,7 +93,8 @@ class Image {
 std::vector<Point> DeepInside(const Image& mask, int32_t inset);
 // Pixels of `mask` with alpha 0, as far as `inset` from any pixel with alpha above 0: well outside.
 std::vector<Point> FarOutside(const Image& mask, int32_t inset);
-// Points of `a` that are not in `b`.
+// Points of `a` that are not in `b`, and points of `a` that are also in `b`.
 std::vector<Point> Without(const std::vector<Point>& a, const std::vector<Point>& b);
+std::vector<Point> Both(const std::vector<Point>& a, const std::vector<Point>& b);
 
 }  // namespace lx::test

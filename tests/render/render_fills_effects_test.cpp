@@ -1,0 +1,267 @@
+// Render on real text: every fill kind and every effect reaches the buffer, alone and together.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "tests/support/lettrix_process.h"
+#include "tests/support/scene.h"
+
+namespace lx::test {
+namespace {
+
+constexpr int32_t kWidth = 200, kHeight = 130;
+
+// Packed colours as the colour-stop tables take them: red lowest, alpha highest.
+constexpr uint32_t Packed(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
+  return uint32_t{a} << 24 | uint32_t{b} << 16 | uint32_t{g} << 8 | r;
+}
+
+class RenderFillsEffects : public ::testing::Test {
+ protected:
+  TextScene scene_{"Hg", 64, 30, 90};
+
+  void SetUp() override {
+    Process mask;
+    mask.shadowVisible(0);
+    faceMask_ = Draw(mask);
+    face_ = DeepInside(faceMask_, 1);
+    ASSERT_GT(face_.size(), 300u);
+    Process stroke;
+    stroke.shadowVisible(0).face(0, 0, 0, 0).outline(255, 0, 0, 0).thickness(4);
+    const Image strokeMask = Draw(stroke);
+    strokeOuter_ = Both(DeepInside(strokeMask, 1), FarOutside(faceMask_, 1));
+    ASSERT_GT(strokeOuter_.size(), 150u);
+  }
+
+  Image Draw(Process& p) {
+    Image image(kWidth, kHeight);
+    EXPECT_TRUE(p.render(scene_, image));
+    return image;
+  }
+  static std::set<uint32_t> Colours(const Image& image, const std::vector<Point>& at) {
+    std::set<uint32_t> out;
+    for (const Point& q : at) out.insert(image.at(q));
+    return out;
+  }
+  // Partly transparent pixels: the anti-aliased or blurred fringe.
+  static size_t Fringe(const Image& image) {
+    return static_cast<size_t>(std::count_if(image.pixels().begin(), image.pixels().end(),
+                                             [](uint32_t p) { return Alpha(p) != 0 && Alpha(p) != 255; }));
+  }
+
+  Image faceMask_{1, 1};
+  std::vector<Point> face_, strokeOuter_;
+};
+
+TEST_F(RenderFillsEffects, LinearGradientRunsFromTopToBottom) {
+  Process p;
+  p.shadowVisible(0).faceStart(255, 255, 0, 0).faceEnd(255, 0, 0, 255).faceGradient(1);
+  const Image out = Draw(p);
+  const text::InkBox ink = scene_.ink();
+  double topRed = 0, bottomRed = 0, top = 0, bottom = 0;
+  for (const Point& q : face_) {
+    const uint32_t px = out.at(q);
+    ASSERT_EQ(Alpha(px), 255);
+    ASSERT_EQ(Green(px), 0);
+    ASSERT_NEAR(Red(px) + Blue(px), 255, 2);
+    if (q.y < ink.top + ink.height() / 3) topRed += Red(px), ++top;
+    if (q.y >= ink.bottom - ink.height() / 3) bottomRed += Red(px), ++bottom;
+  }
+  ASSERT_GT(top, 0);
+  ASSERT_GT(bottom, 0);
+  EXPECT_GT(topRed / top, bottomRed / bottom + 100);
+}
+
+TEST_F(RenderFillsEffects, RadialAndAngledGradientsAndColourStopsVaryAcrossTheFace) {
+  for (int32_t type : {2, 3}) {
+    Process p;
+    p.shadowVisible(0).faceStart(255, 255, 0, 0).faceEnd(255, 0, 0, 255).faceGradient(type, 0.2, 0.9);
+    const auto colours = Colours(Draw(p), face_);
+    EXPECT_GT(colours.size(), 20u) << "gradient type " << type;
+    for (uint32_t px : colours) ASSERT_EQ(Green(px), 0) << "gradient type " << type;
+  }
+  Process stops;
+  stops.shadowVisible(0).faceGradient(1);
+  ASSERT_TRUE(stops.faceStops({Packed(255, 255, 0, 0), Packed(255, 0, 255, 0), Packed(255, 0, 0, 255)}));
+  const auto colours = Colours(Draw(stops), face_);
+  EXPECT_TRUE(std::any_of(colours.begin(), colours.end(), [](uint32_t c) { return Green(c) > 200; }));
+  EXPECT_TRUE(std::any_of(colours.begin(), colours.end(), [](uint32_t c) { return Red(c) > 200; }));
+  EXPECT_TRUE(std::any_of(colours.begin(), colours.end(), [](uint32_t c) { return Blue(c) > 200; }));
+}
+
+TEST_F(RenderFillsEffects, OutlineGradientColoursTheStroke) {
+  Process p;
+  p.shadowVisible(0).thickness(4).outlineStart(255, 0, 255, 0).outlineEnd(255, 0, 0, 255).outlineGradient(1);
+  const Image out = Draw(p);
+  const auto colours = Colours(out, strokeOuter_);
+  EXPECT_GT(colours.size(), 20u);
+  for (uint32_t c : colours) ASSERT_EQ(Red(c), 0);
+  for (const Point& q : face_) ASSERT_EQ(out.at(q), 0xFFFFFFFFu);  // the Face is untouched by it
+}
+
+// A 4 x 4 checker of two colours (pixels as stored: blue lowest), alpha left 0 on purpose.
+std::vector<uint32_t> Checker(uint32_t a, uint32_t b) {
+  std::vector<uint32_t> t(16);
+  for (int y = 0; y < 4; ++y) {
+    for (int x = 0; x < 4; ++x) t[y * 4 + x] = ((x < 2) != (y < 2)) ? a : b;
+  }
+  return t;
+}
+
+TEST_F(RenderFillsEffects, TiledTextureShowsOnlyItsOwnColoursMadeOpaque) {
+  Process p;
+  p.shadowVisible(0);
+  ASSERT_TRUE(p.faceTexture(Checker(0x00C01020, 0x002080F0), 4, 4, 2));
+  const auto colours = Colours(Draw(p), face_);
+  EXPECT_EQ(colours, (std::set<uint32_t>{0xFFC01020, 0xFF2080F0}));
+}
+
+TEST_F(RenderFillsEffects, StretchedTextureIsSmoothedAndCentredOneShowsWhiteAround) {
+  Process stretched;
+  stretched.shadowVisible(0);
+  ASSERT_TRUE(stretched.faceTexture(Checker(0x00C01020, 0x002080F0), 4, 4, 1));
+  EXPECT_GT(Colours(Draw(stretched), face_).size(), 10u);  // bilinear mixes of the two
+
+  Process centred;
+  centred.shadowVisible(0);
+  ASSERT_TRUE(centred.faceTexture(Checker(0x00C01020, 0x002080F0), 4, 4, 0));
+  const auto colours = Colours(Draw(centred), face_);
+  EXPECT_EQ(colours.count(0xFFFFFFFF), 1u);  // the white ground around the small texture
+  EXPECT_EQ(colours.count(0xFFC01020) + colours.count(0xFF2080F0), 2u);
+}
+
+TEST_F(RenderFillsEffects, OutlineTextureFillsTheStroke) {
+  Process p;
+  p.shadowVisible(0).thickness(4);
+  ASSERT_TRUE(p.outlineTexture(Checker(0x0000FF00, 0x00FF0000), 4, 4, 2));
+  const auto colours = Colours(Draw(p), strokeOuter_);
+  EXPECT_EQ(colours, (std::set<uint32_t>{0xFF00FF00, 0xFFFF0000}));
+}
+
+TEST_F(RenderFillsEffects, FaceBlurSoftensTheEdgeAndKeepsTheColour) {
+  Process plain;
+  plain.shadowVisible(0).face(255, 40, 90, 200);
+  Process blurred;
+  blurred.shadowVisible(0).face(255, 40, 90, 200).blur(3, 0, 0);
+  const Image a = Draw(plain), b = Draw(blurred);
+  EXPECT_GT(Fringe(b), 2 * Fringe(a));
+  // Colour bleed: the blurred edge keeps the Face's colour, it does not darken towards black.
+  for (uint32_t px : b.pixels()) {
+    if (Alpha(px) > 8) ASSERT_NEAR(Blue(px), 200, 2);
+  }
+  for (const Point& q : DeepInside(faceMask_, 4)) ASSERT_EQ(b.at(q), Pixel(255, 40, 90, 200));
+  // It reaches past the unblurred shape.
+  size_t beyond = 0;
+  for (const Point& q : Without(FarOutside(faceMask_, 0), FarOutside(faceMask_, 2)))
+    beyond += Alpha(b.at(q)) > 0;
+  EXPECT_GT(beyond, 100u);
+}
+
+TEST_F(RenderFillsEffects, OutlineAndShadowBlurSoftenTheirLayers) {
+  Process plain;
+  plain.shadowVisible(0).thickness(3).outline(255, 0, 0, 0).face(0, 0, 0, 0);
+  Process blurred;
+  blurred.shadowVisible(0).thickness(3).outline(255, 0, 0, 0).face(0, 0, 0, 0).blur(0, 2, 0);
+  EXPECT_GT(Fringe(Draw(blurred)), 2 * Fringe(Draw(plain)));
+
+  Process sharp;
+  sharp.shadow(255, 0, 0, 0).shadowOffset(4, 4).shadowOnly(1);
+  Process soft;
+  soft.shadow(255, 0, 0, 0).shadowOffset(4, 4).shadowOnly(1).blur(0, 0, 4);
+  const text::InkBox a = Draw(sharp).alphaBounds(), b = Draw(soft).alphaBounds();
+  EXPECT_LE(b.left, a.left - 2);
+  EXPECT_GE(b.right, a.right + 2);
+  EXPECT_LE(b.top, a.top - 2);
+}
+
+TEST_F(RenderFillsEffects, EmbossTurnsTheFaceIntoATintedRelief) {
+  Process p;
+  p.shadowVisible(0).emboss(0.8);
+  const Image grey = Draw(p);
+  std::map<int, size_t> shades;
+  for (const Point& q : face_) {
+    const uint32_t px = grey.at(q);
+    ASSERT_EQ(Alpha(px), 255);
+    ASSERT_TRUE(Red(px) == Green(px) && Green(px) == Blue(px));
+    ++shades[Red(px)];
+  }
+  // Flat areas take the background shade of the 60 degree light: 255.9 * sin(60) = 221.
+  EXPECT_GT(shades[221], face_.size() / 3);
+  EXPECT_GT(shades.size(), 5u);  // and the slopes are lit and shaded
+
+  Process red;
+  red.shadowVisible(0).emboss(0.8, 255, 0, 0);
+  const Image tinted = Draw(red);
+  for (const Point& q : face_) {
+    ASSERT_EQ(Green(tinted.at(q)), 0);
+    ASSERT_EQ(Blue(tinted.at(q)), 0);
+  }
+}
+
+TEST_F(RenderFillsEffects, BorderLightsOneSideOfTheStrokeAndShadesTheOther) {
+  Process flat;
+  flat.shadowVisible(0).thickness(4).outline(255, 100, 100, 100);
+  Process lit;
+  lit.shadowVisible(0).thickness(4).outline(255, 100, 100, 100).border3D(45, 1, 0.0);
+  const Image a = Draw(flat), b = Draw(lit);
+  size_t lighter = 0, darker = 0;
+  for (const Point& q : strokeOuter_) {
+    ASSERT_EQ(Alpha(b.at(q)), Alpha(a.at(q)));
+    lighter += Red(b.at(q)) > 100;
+    darker += Red(b.at(q)) < 100;
+  }
+  EXPECT_GT(lighter, 20u);
+  EXPECT_GT(darker, 20u);
+  for (const Point& q : face_) ASSERT_EQ(b.at(q), 0xFFFFFFFFu);
+}
+
+TEST_F(RenderFillsEffects, ExtrusionJoinsTheShadowCopyToTheGlyphs) {
+  Process flat;
+  flat.shadow(255, 0, 0, 0).shadowOffset(12, 8).shadowOnly(1);
+  Process solid;
+  solid.shadow(255, 0, 0, 0).shadowOffset(12, 8).shadowOnly(1).extrude(1, 0);
+  const Image a = Draw(flat), b = Draw(solid);
+  size_t atGlyphs = 0, halfway = 0, atOffset = 0;
+  for (const Point& q : DeepInside(faceMask_, 2)) {
+    atGlyphs += Alpha(b.at(q)) > 200;
+    halfway += Alpha(b.at(q.x + 6, q.y + 4)) > 200;
+    atOffset += Alpha(b.at(q.x + 12, q.y + 8)) > 200;
+  }
+  const size_t n = DeepInside(faceMask_, 2).size();
+  EXPECT_EQ(atOffset, n);
+  EXPECT_EQ(halfway, n);
+  EXPECT_EQ(atGlyphs, n);
+  EXPECT_GT(b.countOther(0), a.countOther(0) + 1000);
+  // The colour-softened variant covers the same ground.
+  Process softened;
+  softened.shadow(255, 0, 0, 0).shadowOffset(12, 8).shadowOnly(1).extrude(1, 1);
+  EXPECT_GT(Draw(softened).countOther(0), a.countOther(0) + 1000);
+}
+
+TEST_F(RenderFillsEffects, ExtrusionTowardsTheUpperLeft) {
+  Process solid;
+  solid.shadow(255, 0, 0, 0).shadowOffset(-10, -6).shadowOnly(1).extrude(1, 0);
+  const Image b = Draw(solid);
+  const auto deep = DeepInside(faceMask_, 2);
+  size_t covered = 0;
+  for (const Point& q : deep) covered += Alpha(b.at(q)) > 200 && Alpha(b.at(q.x - 10, q.y - 6)) > 200;
+  EXPECT_EQ(covered, deep.size());
+}
+
+TEST_F(RenderFillsEffects, EveryEffectTogether) {
+  Process p;
+  p.faceStart(255, 250, 220, 40).faceEnd(255, 250, 90, 20).faceGradient(1).emboss(2.0, 255, 200, 120);
+  p.outline(255, 40, 20, 120).thickness(3).border3D(35, 2, -0.6);
+  p.shadow(160, 0, 0, 0).shadowOffset(6, 5).shadowZoom(1.1, 1.1).extrude(1, 1);
+  p.blur(1, 1, 0).translate(-4, 2);
+  const Image all = Draw(p);
+  EXPECT_GT(all.countOther(0), 4000u);
+  EXPECT_EQ(Draw(p), all);
+  p.blur(1, 1, 3);  // a blurred Shadow replaces the extrusion's softening
+  EXPECT_NE(Draw(p), all);
+}
+
+}  // namespace
+}  // namespace lx::test
