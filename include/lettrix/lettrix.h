@@ -117,8 +117,8 @@ LETTRIX_API bool LETTRIX_CALL SetOutlineUserGradientArea(RenderHandle* slot, con
                                                          const int32_t* top, const int32_t* right,
                                                          const int32_t* bottom);
 /** Copies a Face texture of *width x *height pixels (made opaque); the caller may free its pixels at once.
- *  The memory must be readable and writable. Returns false, and removes any Face texture, for a null
- *  pointer, a size below 1 or bad memory; false without change for a bad slot. */
+ *  The memory must be readable and writable. Returns false, leaving the stored texture as it was, for a
+ *  null pointer, a size below 1, bad memory or a bad slot. */
 LETTRIX_API bool LETTRIX_CALL SetTextureFace(RenderHandle* slot, void* pixels, const int32_t* width,
                                              const int32_t* height);
 /** Copies an Outline texture, as SetTextureFace. */

@@ -68,6 +68,14 @@ TEST(PixelBuffer, RefusesSizesBelowOneOrPastTheLimit) {
   }
 }
 
+TEST(PixelBuffer, ExactlyTheLimitIsAllowed) {
+  PixelBuffer buffer;
+  ASSERT_TRUE(buffer.allocate(16384, 8192));  // 512 MiB
+  EXPECT_EQ(buffer.pixels()[PixelBuffer::kMaxBytes - 1], 0);
+  buffer.release();
+  EXPECT_FALSE(buffer.hasPixels());
+}
+
 TEST(PixelBuffer, FailedAllocationDropsThePreviousImage) {
   PixelBuffer buffer;
   ASSERT_TRUE(buffer.allocate(2, 2));
