@@ -12,8 +12,8 @@
 #include "effects/bevel_filter.h"
 #include "effects/blur_filter.h"
 #include "effects/face_emboss.h"
-#include "effects/shadow_extrusion.h"
 #include "effects/layer_drawing.h"
+#include "effects/shadow_extrusion.h"
 #include "image/pixel_buffer.h"
 #include "image/pixel_ops.h"
 #include "render/compositing.h"
@@ -71,6 +71,15 @@ std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller,
   temp->halfStrokeWidth = caller.halfStrokeWidth;
   temp->surface = surface.view();
   return temp;
+}
+
+// The caller's buffer as seen from a work image: where fit mode 1 spreads a gradient and where user
+// gradient areas are measured from. Texture areas are left empty: the shape's own box.
+LayerAreas AreasFor(const PixelBuffer& work, const PixelBuffer& output) {
+  LayerAreas areas;
+  areas.callerBuffer = {-work.rect().left, -work.rect().top, output.width() - work.rect().left,
+                        output.height() - work.rect().top};
+  return areas;
 }
 
 void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
@@ -131,36 +140,27 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     if (!faceImage.allocate(work.width(), work.height())) return;
     faceImage.placeAt(work.rect().left, work.rect().top);
     temp->surface = faceImage.view();
-    DrawLayer(*temp, kDrawFace, nullptr, nullptr);
+    DrawLayer(*temp, kDrawFace, LayerAreas{});
     temp->surface = work.view();
-    DrawLayer(*temp, kDrawOutline, nullptr, nullptr);
+    DrawLayer(*temp, kDrawOutline, LayerAreas{});
     const uint32_t bound = uint32_t{alpha} << 24;
     BlendOverClamped(faceImage.placed(), work.placed(), bound, bound);
   } else {
-    DrawLayer(*temp, kDrawFace, nullptr, nullptr);
+    DrawLayer(*temp, kDrawFace, LayerAreas{});
   }
 
-  if (extruded) ExtrudeShadow(work.view(), ox, oy, caller.hasMMX != 0);
+  const bool stamped = extruded && (ox != 0 || oy != 0);
+  if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
   if (caller.shadowBlurLevel > 0) {
     Blur(*temp, work, caller.shadowBlurLevel);
-  } else if (extruded) {
-    SoftenExtrudedShadow(work.view(), temp->blur.get(), ox, oy, caller.extrudedShadowColour);
+  } else if (stamped) {
+    SoftenExtrusion(work.view(), temp->blur.get());
   }
   BlendOver(work.placed(), output.placed());
 }
 
-// The area a texture is laid over: for tiling 2 the texture's own size from the rectangle's corner, for
-// the others the rectangle itself (tiling 0 centres on the path and does not read it).
-IntRect TextureArea(const FillSettings& fill, IntRect r) {
-  if (fill.textureInUse() && fill.textureTiling == 2 && fill.texture->pixels != nullptr) {
-    r.right = r.left + fill.texture->width;
-    r.bottom = r.top + fill.texture->height;
-  }
-  return r;
-}
-
 // Face, then Outline, then the Face laid back over the Outline, and the result onto the output.
-void MainPass(RenderProcess& caller, const CallSettings& s, const IntRect& glyphRect, PixelBuffer& output) {
+void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
   const WorkGeometry& g = s.geometry;
   PixelBuffer work;
   if (!MakeWorkImage(&work, g.workWidth, g.workHeight, s.translateX - g.glyphOffsetX,
@@ -174,16 +174,10 @@ void MainPass(RenderProcess& caller, const CallSettings& s, const IntRect& glyph
   temp->glyphMatrix = Affine{};
   temp->glyphMatrix.translate(static_cast<double>(g.glyphOffsetX), static_cast<double>(g.glyphOffsetY));
 
-  const IntRect faceArea = TextureArea(temp->face, glyphRect);
-  IntRect strokeBox = glyphRect;
-  strokeBox.left -= g.halfThickness;
-  strokeBox.top -= g.halfThickness;
-  strokeBox.right += g.halfThickness;
-  strokeBox.bottom += g.halfThickness;
-  const IntRect outlineArea = TextureArea(temp->outline, strokeBox);
+  const LayerAreas areas = AreasFor(work, output);
 
-  DrawLayer(*temp, kDrawFace, &faceArea, nullptr);
-  if (caller.faceEmbossed == 1) EmbossFace(*temp, work.view(), kEmbossBleed);
+  DrawLayer(*temp, kDrawFace, areas);
+  if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
   Blur(*temp, work, caller.face.blurLevel);
   if (!g.outline) {
     BlendOver(work.placed(), output.placed());
@@ -199,18 +193,23 @@ void MainPass(RenderProcess& caller, const CallSettings& s, const IntRect& glyph
              count, s.mmx);
   ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count, s.mmx);
 
-  DrawLayer(*temp, kDrawOutline, nullptr, &outlineArea);
+  DrawLayer(*temp, kDrawOutline, areas);
   if (s.border && temp->bevel) {
     temp->bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
                              kBorderBlurRadius, temp->blur.get());
   }
   Blur(*temp, work, caller.outline.blurLevel);
 
+  // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
+  // Outline leaves no seam. An Outline that paints nothing is simply replaced.
   uint32_t faceColour = 0, outlineColour = 0;
-  const bool faceUniform = UniformColour(temp->face, &faceColour, false);
-  const bool outlineUniform = UniformColour(temp->outline, &outlineColour, false);
+  const bool faceUniform = UniformLayerColour(temp->face, &faceColour, 0) == 1;
+  const bool outlineUniform = UniformLayerColour(temp->outline, &outlineColour, 0) == 1;
   const bool blurred = caller.face.blurLevel > 0 || caller.outline.blurLevel > 0;
-  if (faceUniform && outlineUniform && !blurred) {
+  if (LayerAlphaEquals(temp->outline, 0) == 1) {
+    CopyPixels(reinterpret_cast<uint32_t*>(work.pixels()), reinterpret_cast<const uint32_t*>(face.pixels()),
+               count, s.mmx);
+  } else if (faceUniform && outlineUniform && !blurred) {
     BlendOverClamped(face.placed(), work.placed(), faceColour, outlineColour);
   } else {
     BlendOver(face.placed(), work.placed());
@@ -250,7 +249,7 @@ bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, 
                            process.shadowZoomY != 1.0;
     if (couldShow || process.shadowOnly == 1) ShadowPass(process, s, output);
   }
-  if (process.shadowOnly != 1) MainPass(process, s, glyphRect, output);
+  if (process.shadowOnly != 1) MainPass(process, s, output);
   return true;
 }
 
