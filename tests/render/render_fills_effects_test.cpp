@@ -149,7 +149,9 @@ TEST_F(RenderFillsEffects, FaceBlurSoftensTheEdgeAndKeepsTheColour) {
   EXPECT_GT(Fringe(b), 2 * Fringe(a));
   // Colour bleed: the blurred edge keeps the Face's colour, it does not darken towards black.
   for (uint32_t px : b.pixels()) {
-    if (Alpha(px) > 8) ASSERT_NEAR(Blue(px), 200, 2);
+    if (Alpha(px) > 8) {
+      ASSERT_NEAR(Blue(px), 200, 2);
+    }
   }
   for (const Point& q : DeepInside(faceMask_, 4)) ASSERT_EQ(b.at(q), Pixel(255, 40, 90, 200));
   // It reaches past the unblurred shape.

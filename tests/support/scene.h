@@ -73,6 +73,7 @@ class Image {
   bool operator==(const Image& o) const {
     return width_ == o.width_ && height_ == o.height_ && pixels_ == o.pixels_;
   }
+  bool operator!=(const Image& o) const { return !(*this == o); }
   // Pixels that differ from `fill` (the background the buffer was made with).
   size_t countOther(uint32_t fill) const;
   // The smallest box holding every pixel whose alpha is at least minAlpha; empty when there is none.
