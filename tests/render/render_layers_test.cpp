@@ -39,13 +39,13 @@ class RenderLayers : public ::testing::Test {
 
 TEST_F(RenderLayers, ShadowLiesUnderOutlineWhichLiesUnderFace) {
   Process p;
-  p.face(255, 200, 0, 0).outline(255, 0, 200, 0).thickness(3).shadow(255, 0, 0, 200).shadowOffset(9, 6);
+  p.face(255, 200, 0, 0).outline(255, 0, 200, 0).thickness(4).shadow(255, 0, 0, 200).shadowOffset(9, 6);
   const Image out = Draw(p, kGround);
 
   Process shadowOnly;
-  shadowOnly.shadow(255, 0, 0, 0).shadowOffset(9, 6).thickness(3).shadowOnly(1);
+  shadowOnly.shadow(255, 0, 0, 0).shadowOffset(9, 6).thickness(4).shadowOnly(1);
   const Image shadowMask = Draw(shadowOnly);
-  const Image faceMask = FaceMask(), strokeMask = StrokeMask(3);
+  const Image faceMask = FaceMask(), strokeMask = StrokeMask(4);
 
   const auto face = DeepInside(faceMask, 1);
   const auto stroke = Both(DeepInside(strokeMask, 1), FarOutside(faceMask, 1));
@@ -82,7 +82,7 @@ TEST_F(RenderLayers, TranslucentFaceShowsTheStrokeBeneathItsInnerHalf) {
   const Image out = Draw(p, kGround);
   const auto face = DeepInside(FaceMask(), 1);
   const auto strokeUnderFace = Both(face, DeepInside(StrokeMask(3), 1));
-  const auto faceOnly = Without(face, DeepInside(StrokeMask(3), 0));
+  const auto faceOnly = Both(face, FarOutside(StrokeMask(3), 0));
   ASSERT_GT(strokeUnderFace.size(), 50u);
   ASSERT_GT(faceOnly.size(), 50u);
   // Over the black stroke the white Face is darker than over the grey ground.
@@ -94,9 +94,10 @@ TEST_F(RenderLayers, ShadowOnlyDrawsTheShadowAndNothingElse) {
   p.face(255, 200, 0, 0).outline(255, 0, 200, 0).thickness(2).shadow(255, 0, 0, 200).shadowOffset(5, 5);
   p.shadowOnly(1);
   const Image out = Draw(p, kGround);
+  // The Shadow has no red or green: any would come from the Face or the Outline.
   for (uint32_t px : out.pixels()) {
-    ASSERT_EQ(Red(px), Red(kGround)) << "no Face";
-    ASSERT_EQ(Green(px), Green(kGround)) << "no Outline";
+    ASSERT_LE(Red(px), Red(kGround)) << "no Face";
+    ASSERT_LE(Green(px), Green(kGround)) << "no Outline";
   }
   EXPECT_GT(out.countOther(kGround), 800u);
 }
