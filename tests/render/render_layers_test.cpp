@@ -49,8 +49,9 @@ TEST_F(RenderLayers, ShadowLiesUnderOutlineWhichLiesUnderFace) {
 
   const auto face = DeepInside(faceMask, 1);
   const auto stroke = Both(DeepInside(strokeMask, 1), FarOutside(faceMask, 1));
-  const auto shadow = Both(DeepInside(shadowMask, 1), FarOutside(strokeMask, 1));
-  const auto ground = Both(FarOutside(shadowMask, 1), FarOutside(strokeMask, 1));
+  const auto clear = Both(FarOutside(strokeMask, 1), FarOutside(faceMask, 1));
+  const auto shadow = Both(DeepInside(shadowMask, 1), clear);
+  const auto ground = Both(FarOutside(shadowMask, 1), clear);
   ASSERT_GT(face.size(), 300u);
   ASSERT_GT(stroke.size(), 100u);
   ASSERT_GT(shadow.size(), 100u);
