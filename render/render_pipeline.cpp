@@ -82,6 +82,53 @@ LayerAreas AreasFor(const PixelBuffer& work, const PixelBuffer& output) {
   return areas;
 }
 
+// An extrusion lays the whole Shadow image over itself once per step of the offset, so its cost is the
+// reachable steps times the image's pixels. A hostile offset makes both huge. Past the budget the image
+// is cut down to the part that can still reach the buffer (with room for the blur), keeping the shape,
+// which every step copies; if even that costs more than the limit, the Shadow counts as too large to
+// draw. Offsets of everyday size never come near the budget, and the cut changes no pixel of the buffer
+// (except, for a translucent block that builds up, how dense its smoothed edge is).
+constexpr double kExtrusionBudget = 4294967296.0;  // 2^32 pixel blends
+constexpr double kExtrusionLimit = 17179869184.0;  // 2^34
+
+struct Box {
+  int64_t left, top, right, bottom;
+  int64_t width() const { return right - left; }
+  int64_t height() const { return bottom - top; }
+  bool empty() const { return right <= left || bottom <= top; }
+};
+
+// An extruded Shadow in the output's coordinates: its image, the shape inside it, and its step count.
+// extrusion's step count.
+struct ExtrudedShadow {
+  Box image;  // in the output's coordinates
+  Box shape;  // in the output's coordinates
+  int64_t steps;
+
+  // Each step moves the stamp one pixel along the longer axis: only the steps that bring the shape over
+  // the image cost anything.
+  double cost() const {
+    const bool wide = image.width() >= image.height();
+    const int64_t span = wide ? image.width() + shape.width() : image.height() + shape.height();
+    return static_cast<double>(std::min(steps, span)) * static_cast<double>(image.width()) *
+           static_cast<double>(image.height());
+  }
+};
+
+// Cuts a costly extruded Shadow down to what can reach the output; false when it stays too costly.
+bool CutExtrudedShadow(ExtrudedShadow* e, const PixelBuffer& output, uint8_t blurLevel) {
+  if (e->cost() <= kExtrusionBudget) return true;
+  // The blur (or the softening) reads up to three radii around a pixel: its colour bleed reaches two.
+  const int64_t margin = 3 * int64_t{std::min<uint8_t>(blurLevel, 254)} + 16;
+  Box keep{std::max(e->image.left, -margin), std::max(e->image.top, -margin),
+           std::min(e->image.right, int64_t{output.width()} + margin),
+           std::min(e->image.bottom, int64_t{output.height()} + margin)};
+  if (keep.empty()) keep = e->shape;
+  e->image = {std::min(keep.left, e->shape.left), std::min(keep.top, e->shape.top),
+              std::max(keep.right, e->shape.right), std::max(keep.bottom, e->shape.bottom)};
+  return e->cost() <= kExtrusionLimit;
+}
+
 void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
   if (level > 0 && process.blur) process.blur->blur(image.view(), level, level);
 }
@@ -99,19 +146,26 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   if (zy != 1.0) zoomedHeight = TruncatePosition(static_cast<double>(g.workHeight) * zy);
   const bool zoomed = zoomedWidth != g.workWidth || zoomedHeight != g.workHeight;
 
-  // An extruded Shadow reaches from the glyphs' own place to the offset: the image grows by the offset,
-  // and the shape sits at the glyphs' place, on the side away from the offset.
+  // An extruded Shadow reaches from the glyphs' own place to the offset: the shape is drawn at the glyphs'
+  // place, and the image grows to take in the copy at the offset.
   int64_t width = zoomedWidth, height = zoomedHeight;
   int64_t left = s.translateX - g.glyphOffsetX + ox + ((g.workWidth - zoomedWidth) >> 1);
   int64_t top = s.translateY - g.glyphOffsetY + oy + ((g.workHeight - zoomedHeight) >> 1);
   int64_t shiftX = 0, shiftY = 0;
   if (extruded) {
-    width += std::llabs(int64_t{ox});
-    height += std::llabs(int64_t{oy});
-    shiftX = std::max<int64_t>(0, -int64_t{ox});
-    shiftY = std::max<int64_t>(0, -int64_t{oy});
-    left -= int64_t{ox} + shiftX;
-    top -= int64_t{oy} + shiftY;
+    const int64_t dx = ox, dy = oy;
+    ExtrudedShadow e;
+    e.shape = {left - dx, top - dy, left - dx + width, top - dy + height};
+    e.image = {std::min(e.shape.left, left), std::min(e.shape.top, top),
+               std::max(e.shape.right, left + width), std::max(e.shape.bottom, top + height)};
+    e.steps = std::max(std::llabs(dx), std::llabs(dy));
+    if (!CutExtrudedShadow(&e, output, caller.shadowBlurLevel)) return;
+    left = e.image.left;
+    top = e.image.top;
+    width = e.image.width();
+    height = e.image.height();
+    shiftX = e.shape.left - e.image.left;
+    shiftY = e.shape.top - e.image.top;
   }
 
   PixelBuffer work;
