@@ -99,7 +99,6 @@ struct Box {
 };
 
 // An extruded Shadow in the output's coordinates: its image, the shape inside it, and its step count.
-// extrusion's step count.
 struct ExtrudedShadow {
   Box image;  // in the output's coordinates
   Box shape;  // in the output's coordinates

@@ -136,11 +136,28 @@ TEST_F(RenderRefusals, HostileShadowZoomAndOffsetsDrawNothingOfTheShadow) {
   EXPECT_EQ(out.countOther(kPattern), 0u);
 }
 
-TEST_F(RenderRefusals, ExtrusionFarOffTheBufferIsClippedAway) {
+TEST_F(RenderRefusals, HugeExtrusionDrawsWhatAnyLongOneDrawsOnTheBuffer) {
+  // Reaching 100000 pixels to the left, the block covers the buffer left of the glyphs just as one that
+  // reaches 1000 pixels does; the far part costs nothing.
+  auto draw = [&](int32_t dx, int32_t dy, uint8_t blur) {
+    Process p;
+    p.face(0, 0, 0, 0).shadow(255, 30, 30, 90).shadowOffset(dx, dy).extrude(1, 1).blur(0, 0, blur);
+    Image out(160, 60, kPattern);
+    EXPECT_TRUE(p.render(text_, out));
+    return out;
+  };
+  const Image far = draw(-100000, 0, 0);
+  EXPECT_EQ(far, draw(-1000, 0, 0));
+  EXPECT_EQ(draw(-100000, 0, 2), draw(-1000, 0, 2));
+  EXPECT_EQ(draw(0, 70000, 0), draw(0, 700, 0));
+  EXPECT_GT(far.countOther(kPattern), 2000u);
+  // A block whose shape lies 50000 pixels off the buffer and which crosses it on its way to the offset
+  // would take every one of its steps over an image that long: it counts as too large and is not drawn.
   Process p;
-  p.face(0, 0, 0, 0).shadow(255, 0, 0, 0).shadowOffset(-100000, 5).extrude(1, 1);
+  p.face(0, 0, 0, 0).shadow(255, 30, 30, 90).shadowOffset(100000, 0).extrude(1, 1).translate(-50000, 0);
   Image out(160, 60, kPattern);
   EXPECT_TRUE(p.render(text_, out));
+  EXPECT_EQ(out.countOther(kPattern), 0u);
 }
 
 TEST_F(RenderRefusals, CreateSetRenderDestroyCyclesReleaseEverything) {
