@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <vector>
 
 #include "tests/support/lettrix_process.h"
@@ -20,6 +21,9 @@ struct CrossScene {
   // last bit differently on the two systems; such a scene may differ by 1 in a byte, nothing else may.
   const char* systemMath;
 };
+
+// Test names show the scene's name.
+inline void PrintTo(const CrossScene& s, std::ostream* os) { *os << s.name; }
 
 inline std::vector<uint32_t> CrossTexture() {
   std::vector<uint32_t> t(8 * 8);
