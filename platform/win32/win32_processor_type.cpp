@@ -1,0 +1,11 @@
+#include "platform/platform.h"
+
+namespace lx::platform {
+
+uint32_t ProcessorType() {
+  SYSTEM_INFO info;
+  GetSystemInfo(&info);
+  return info.dwProcessorType;
+}
+
+}  // namespace lx::platform

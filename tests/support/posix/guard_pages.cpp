@@ -1,0 +1,32 @@
+#include "tests/support/guard_pages.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace lx::test {
+
+GuardedPages::GuardedPages(size_t pageCount)
+    : pageSize_(static_cast<size_t>(sysconf(_SC_PAGESIZE))), pageCount_(pageCount) {
+  void* p = mmap(nullptr, pageCount_ * pageSize_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (p == MAP_FAILED) throw std::bad_alloc();
+  base_ = static_cast<uint8_t*>(p);
+}
+
+GuardedPages::~GuardedPages() {
+  munmap(base_, pageCount_ * pageSize_);
+}
+
+void GuardedPages::protect(size_t i, Access a) {
+  const int prot = a == Access::kNone ? PROT_NONE : a == Access::kRead ? PROT_READ : PROT_READ | PROT_WRITE;
+  // A test that cannot set up its memory would test nothing: stop loudly.
+  if (i >= pageCount_ || mprotect(page(i), pageSize_, prot) != 0) std::abort();
+}
+
+void GuardedPages::release(size_t i) {
+  if (i >= pageCount_ || munmap(page(i), pageSize_) != 0) std::abort();
+}
+
+}  // namespace lx::test
