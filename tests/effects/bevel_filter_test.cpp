@@ -12,10 +12,10 @@
 namespace lx {
 namespace {
 
-using test::Byte;
-using test::Pixel;
-using test::RandomImage;
-using test::TestImage;
+using effects_test::Byte;
+using effects_test::Pixel;
+using effects_test::RandomImage;
+using effects_test::TestImage;
 
 constexpr double kPi = 3.141592653589793;
 

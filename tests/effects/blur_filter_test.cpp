@@ -16,10 +16,10 @@
 namespace lx {
 namespace {
 
-using test::Byte;
-using test::Pixel;
-using test::RandomImage;
-using test::TestImage;
+using effects_test::Byte;
+using effects_test::Pixel;
+using effects_test::RandomImage;
+using effects_test::TestImage;
 
 // AGG's own stack blur, the reference for the averaging part of each pass.
 void AggStackBlur(TestImage& image, unsigned rx, unsigned ry) {

@@ -7,7 +7,7 @@
 
 #include "image/pixel_view.h"
 
-namespace lx::test {
+namespace lx::effects_test {
 
 inline uint32_t Pixel(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t alpha) {
   return uint32_t{b0} | uint32_t{b1} << 8 | uint32_t{b2} << 16 | uint32_t{alpha} << 24;
@@ -45,4 +45,4 @@ inline TestImage RandomImage(int32_t w, int32_t h, unsigned seed, double transpa
   return image;
 }
 
-}  // namespace lx::test
+}  // namespace lx::effects_test

@@ -11,10 +11,10 @@
 namespace lx {
 namespace {
 
-using test::Byte;
-using test::Pixel;
-using test::RandomImage;
-using test::TestImage;
+using effects_test::Byte;
+using effects_test::Pixel;
+using effects_test::RandomImage;
+using effects_test::TestImage;
 
 uint32_t Grey(uint8_t v, uint8_t alpha = 255) {
   return Pixel(v, v, v, alpha);

@@ -15,10 +15,10 @@
 namespace lx {
 namespace {
 
-using test::Byte;
-using test::Pixel;
-using test::RandomImage;
-using test::TestImage;
+using effects_test::Byte;
+using effects_test::Pixel;
+using effects_test::RandomImage;
+using effects_test::TestImage;
 
 constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
 constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
