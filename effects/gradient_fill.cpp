@@ -39,13 +39,13 @@ struct RampStop {
   double at;        // 0..1
 };
 
-uint32_t Mix(uint32_t a, uint32_t b, double f) {
+// a + (b - a) * f per byte, f in 1/65536 (0..65536), rounded.
+uint32_t Mix(uint32_t a, uint32_t b, uint32_t f) {
+  const uint32_t g = 65536 - f;
   uint32_t out = 0;
   for (int shift = 0; shift < 32; shift += 8) {
-    const double ca = (a >> shift) & 0xFF;
-    const double cb = (b >> shift) & 0xFF;
-    const uint32_t c = static_cast<uint32_t>(ca + (cb - ca) * f + 0.5);
-    out |= (c > 255 ? 255 : c) << shift;
+    const uint32_t c = (((a >> shift) & 0xFF) * g + ((b >> shift) & 0xFF) * f + 32768) >> 16;
+    out |= c << shift;
   }
   return out;
 }
@@ -132,16 +132,26 @@ void BuildGradientRamp(const FillSettings& layer, uint32_t* ramp, size_t count) 
     for (size_t k = 0; k < count; ++k) ramp[k] = SwapRedBlue(stops[0].colour);
     return;
   }
+  const double step = count > 1 ? 1.0 / static_cast<double>(count - 1) : 0.0;
   size_t seg = 0;
+  double scale = 0;  // 65536 / the segment's length
+  bool fresh = true;
   for (size_t k = 0; k < count; ++k) {
-    const double t = count > 1 ? static_cast<double>(k) / static_cast<double>(count - 1) : 0.0;
-    while (seg + 2 < stops.size() && t > stops[seg + 1].at) ++seg;
+    const double t = static_cast<double>(k) * step;
+    while (seg + 2 < stops.size() && t > stops[seg + 1].at) {
+      ++seg;
+      fresh = true;
+    }
     const RampStop& a = stops[seg];
     const RampStop& b = stops[seg + 1];
-    const double span = b.at - a.at;
-    double f = span > 0 ? (t - a.at) / span : 1.0;
-    f = f < 0 ? 0 : (f > 1 ? 1 : f);
-    ramp[k] = SwapRedBlue(Mix(a.colour, b.colour, f));
+    if (fresh) {
+      const double span = b.at - a.at;
+      scale = span > 0 ? 65536.0 / span : 0.0;
+      fresh = false;
+    }
+    double f = scale == 0 ? 65536.0 : (t - a.at) * scale;
+    f = f < 0 ? 0 : (f > 65536.0 ? 65536.0 : f);
+    ramp[k] = SwapRedBlue(Mix(a.colour, b.colour, static_cast<uint32_t>(f + 0.5)));
   }
 }
 
