@@ -47,27 +47,44 @@ struct FillSettings {
   void setStartColour(uint32_t rgb, uint8_t alpha);
   void setEndColour(uint32_t rgb, uint8_t alpha);
   // Replaces the colour stops. Both lists are emptied whatever the outcome; false for a count of 0, a
-  // null colour array or caller memory that is not readable and writable.
-  bool setGradientColours(const uint32_t* colours, const uint32_t* stops, const uint8_t* count);
+  // null colour array or caller memory that is not readable and writable (the flag then keeps its
+  // value), and when memory runs out. Weights are relative: all zero (or no stop array) counts as all 1,
+  // a zero weight beside non-zero ones drops its colour. At most kMaxColourStops entries are kept.
+  bool setGradientColours(const uint32_t* colours, const uint32_t* stops, const uint8_t* count) noexcept;
+  // The same with the count as a number; the interface's byte count keeps the cap out of reach, this
+  // form does not.
+  bool setGradientColours(const uint32_t* colours, const uint32_t* stops, size_t count) noexcept;
   // Type dispatch: 0 and 1 store the type; 2 stores the clamped parameters, then the type; 3 the clamped
-  // angle from p1, then the type; any other type stores 0. Parameters not needed are not read.
+  // angle from p1, then the type; any other type stores 0. Parameters not needed are not read (and may
+  // then be null or dangling); those that are read must be valid.
   void setGradient(int32_t type, const double* p1, const double* p2);
+  // Both clamped to [0, 1]; a NaN is stored as it is.
+  void setGradientParameters(double from, double to);
+  // Clamped to [-pi, pi].
+  void setGradientAngle(double radians);
   // Stored unchanged; true when the area is not empty.
   bool setUserGradientArea(int32_t left, int32_t top, int32_t right, int32_t bottom);
-  // Copies caller pixels, made opaque. Any old texture goes first, whatever the outcome.
-  bool setTexture(const void* pixels, int32_t width, int32_t height);
+  // Copies caller pixels, made opaque. Any old texture goes first, whatever the outcome: false (and no
+  // texture) for a null pointer, a size below 1, memory that is not readable and writable, or a record
+  // that cannot be allocated.
+  bool setTexture(const void* pixels, int32_t width, int32_t height) noexcept;
+  // setTexture with another record's pixels and size; false for null, which changes nothing.
+  bool takeTextureFrom(const TextureImage* other) noexcept;
+  // Every setting but the texture. False when memory ran out for the colour lists, which are then empty.
+  bool copySettingsFrom(const FillSettings& other) noexcept;
 };
 
 class RenderProcess {
  public:
-  RenderProcess();
+  RenderProcess() noexcept;
   ~RenderProcess();
   RenderProcess(const RenderProcess&) = delete;
   RenderProcess& operator=(const RenderProcess&) = delete;
 
   // Copies every setting except the textures and the shadowVisible / shadowOnly flags, and rebuilds
-  // this process's emboss objects from the source's.
-  void copySettingsFrom(const RenderProcess& other);
+  // this process's emboss objects from the source's. The glyph transform, stroke width, path and surface
+  // are not settings and stay as they are. False when memory ran out for a colour list (left empty).
+  bool copySettingsFrom(const RenderProcess& other) noexcept;
 
   void setShadowOffset(int32_t x, int32_t y);
   void setShadowColour(uint32_t rgb, uint8_t alpha);
@@ -88,7 +105,8 @@ class RenderProcess {
   void resetTranslation();
   // Angle clamped to [-pi, pi]; the three bytes become the tint factors (byte / 255).
   void setEmbossParameters(double angle, uint8_t p, uint8_t q, uint8_t r);
-  // The azimuth held by the emboss filter and the tint factors times 255, truncated.
+  // The azimuth held by the emboss filter and the tint factors times 255, truncated. Without the
+  // objects, the values stored in this process stand in.
   void readEmbossParameters(double* angle, uint8_t* p, uint8_t* q, uint8_t* r) const;
 
   // Text-engine part: the glyph transform and the Outline stroke.

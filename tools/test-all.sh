@@ -1,36 +1,70 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the native, sanitizer and Windows builds, and runs every test.
-set -euo pipefail
+# Every stage runs (and prints ctest's summary) even when an earlier one failed; the script fails at the
+# end if any stage did. LETTRIX_JOBS overrides the number of parallel jobs.
+set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-jobs=$(nproc)
+jobs=${LETTRIX_JOBS:-$(nproc)}
 
-bash "$root/tools/install-deps.sh"
+bash "$root/tools/install-deps.sh" || { echo "test-all: installing the dependencies failed" >&2; exit 1; }
+
+results=()
+failed=0
 
 build() {  # build <dir> <cmake args...>
   local dir=$1
   shift
-  cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
-  cmake --build "$dir" -j "$jobs"
+  cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null && cmake --build "$dir" -j "$jobs"
+}
+
+run_tests() {  # run_tests <dir>; tests without a time limit of their own get 15 minutes
+  ctest --test-dir "$1" --output-on-failure -j "$jobs" --timeout 900 </dev/null
+}
+
+finish_stage() {  # finish_stage <name> <start seconds> <status>
+  local verdict=passed
+  [ "$3" -eq 0 ] || { verdict=FAILED; failed=1; }
+  results+=("$(printf '%-44s %-7s %4ds' "$1" "$verdict" $((SECONDS - $2)))")
+}
+
+# Only system DLLs may be imported: the DLL carries its own C++ runtime.
+check_imports() {  # check_imports <dll>
+  local dump imports dll ok=0
+  dump=$(i686-w64-mingw32-objdump -p "$1") || return 1
+  imports=$(awk '/DLL Name:/ {print tolower($3)}' <<<"$dump")
+  grep -qx kernel32.dll <<<"$imports" || { echo "test-all: no import table found in $1" >&2; return 1; }
+  for dll in $imports; do
+    case "$dll" in
+      kernel32.dll | user32.dll | gdi32.dll | msvcrt.dll | advapi32.dll | ntdll.dll | api-ms-win-*) ;;
+      *) echo "test-all: $(basename "$1") imports a non-system DLL: $dll" >&2; ok=1 ;;
+    esac
+  done
+  echo "test-all: $(basename "$1") imports only system DLLs:" $imports
+  return $ok
 }
 
 echo "== native"
-build "$root/build/native"
-ctest --test-dir "$root/build/native" --output-on-failure -j "$jobs"
+start=$SECONDS
+build "$root/build/native"; status=$?
+run_tests "$root/build/native" || status=1
+finish_stage "native" "$start" "$status"
 
 echo "== native with AddressSanitizer and UndefinedBehaviorSanitizer"
-build "$root/build/sanitize" -DLETTRIX_SANITIZE=ON -DLETTRIX_BUILD_BENCH=OFF
+start=$SECONDS
+build "$root/build/sanitize" -DLETTRIX_SANITIZE=ON -DLETTRIX_BUILD_BENCH=OFF; status=$?
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
-  ctest --test-dir "$root/build/sanitize" --output-on-failure -j "$jobs"
+  run_tests "$root/build/sanitize" || status=1
+finish_stage "AddressSanitizer + UndefinedBehaviorSanitizer" "$start" "$status"
 
 echo "== Windows 32-bit under Wine"
-build "$root/build/windows" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-i686.cmake"
-# Only system DLLs may be imported.
-imports=$(i686-w64-mingw32-objdump -p "$root/build/windows/bin/lettrix.dll" | awk '/DLL Name:/ {print tolower($3)}')
-for dll in $imports; do
-  case "$dll" in
-    kernel32.dll | user32.dll | gdi32.dll | msvcrt.dll | advapi32.dll | ntdll.dll | api-ms-win-*) ;;
-    *) echo "lettrix.dll imports a non-system DLL: $dll" >&2; exit 1 ;;
-  esac
-done
-LETTRIX_NATIVE_BUILD="$root/build/native" \
-  ctest --test-dir "$root/build/windows" --output-on-failure -j "$jobs"
+start=$SECONDS
+build "$root/build/windows" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-i686.cmake"; status=$?
+check_imports "$root/build/windows/bin/lettrix.dll" || status=1
+# Tests that compare the two builds' pixels find the native build here.
+LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows" || status=1
+finish_stage "Windows 32-bit under Wine" "$start" "$status"
+
+echo "== summary"
+printf '%s\n' "${results[@]}"
+echo "total: ${SECONDS}s"
+exit "$failed"

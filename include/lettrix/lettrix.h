@@ -117,8 +117,8 @@ LETTRIX_API bool LETTRIX_CALL SetOutlineUserGradientArea(RenderHandle* slot, con
                                                          const int32_t* top, const int32_t* right,
                                                          const int32_t* bottom);
 /** Copies a Face texture of *width x *height pixels (made opaque); the caller may free its pixels at once.
- *  The memory must be readable and writable. Returns false, and removes any Face texture, for a null
- *  pointer, a size below 1 or bad memory; false without change for a bad slot. */
+ *  The memory must be readable and writable. Returns false, leaving the stored texture as it was, for a
+ *  null pointer, a size below 1, bad memory or a bad slot. */
 LETTRIX_API bool LETTRIX_CALL SetTextureFace(RenderHandle* slot, void* pixels, const int32_t* width,
                                              const int32_t* height);
 /** Copies an Outline texture, as SetTextureFace. */
@@ -131,8 +131,8 @@ LETTRIX_API void LETTRIX_CALL SetFaceTextureTiling(RenderHandle* slot, const int
 LETTRIX_API void LETTRIX_CALL SetOutlineTextureTiling(RenderHandle* slot, const int32_t* mode);
 /** Face emboss light: azimuth in radians (clamped to [-pi, pi]) and a tint; the grey relief is scaled per
  *  channel by a/255 (red), c/255 (green) and b/255 (blue). 255, 255, 255 keeps it grey. */
-LETTRIX_API void LETTRIX_CALL SetFaceTextureEmbossed(RenderHandle* slot, const double* angle, const uint8_t* a,
-                                                     const uint8_t* b, const uint8_t* c);
+LETTRIX_API void LETTRIX_CALL SetFaceTextureEmbossed(RenderHandle* slot, const double* angle,
+                                                     const uint8_t* a, const uint8_t* b, const uint8_t* c);
 /** 1 embosses the Face. A null pointer changes nothing. */
 LETTRIX_API void LETTRIX_CALL EnableFaceEmbossed(RenderHandle* slot, const uint8_t* on);
 /** 1 gives the Outline a bevelled 3D border. A null pointer changes nothing. */
