@@ -1,0 +1,189 @@
+#include "effects/gradient_fill.h"
+
+#include <cmath>
+#include <vector>
+
+#include <agg_span_gradient.h>
+
+#include "image/pixel_ops.h"
+#include "render/agg_companions.h"
+
+namespace lx {
+
+namespace {
+
+// Gradient space: the ramp runs over kRampLength gradient pixels (AGG works in sixteenths of them), and
+// coordinates are held within kCoordLimit (in 1/256 units), where (distance * lookup size) still fits an
+// int in span_gradient.
+constexpr double kRampLength = 4096.0;
+constexpr double kCoordLimit = double(1 << 22);
+
+// The colour lookup that span_gradient reads.
+class GradientLookup {
+ public:
+  typedef LayerColour color_type;
+
+  explicit GradientLookup(const FillSettings& layer) { BuildGradientRamp(layer, ramp_, kGradientLookupSize); }
+  static unsigned size() { return kGradientLookupSize; }
+  LayerColour operator[](unsigned i) const {
+    const uint32_t p = ramp_[i];
+    return LayerColour((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF, p >> 24);
+  }
+
+ private:
+  uint32_t ramp_[kGradientLookupSize];
+};
+
+struct RampStop {
+  uint32_t colour;  // packed, red low
+  double at;        // 0..1
+};
+
+uint32_t Mix(uint32_t a, uint32_t b, double f) {
+  uint32_t out = 0;
+  for (int shift = 0; shift < 32; shift += 8) {
+    const double ca = (a >> shift) & 0xFF;
+    const double cb = (b >> shift) & 0xFF;
+    const uint32_t c = static_cast<uint32_t>(ca + (cb - ca) * f + 0.5);
+    out |= (c > 255 ? 255 : c) << shift;
+  }
+  return out;
+}
+
+// The stops of the ramp, positions ascending from 0 to 1 (one stop: a solid ramp).
+void CollectStops(const FillSettings& layer, std::vector<RampStop>* stops) {
+  stops->clear();
+  const std::vector<uint32_t>& colours = layer.gradientColours;
+  if (layer.useGradientTable != 1 || colours.empty()) {
+    stops->push_back({layer.startColour, 0.0});
+    stops->push_back({layer.endColour, 1.0});
+    return;
+  }
+  const size_t n = colours.size();
+  auto weightOf = [&](size_t i) -> double {
+    return i < layer.gradientStops.size() ? layer.gradientStops[i] : 1.0;
+  };
+  double total = 0;
+  for (size_t i = 0; i < n; ++i) total += weightOf(i);
+  const bool allOnes = (total == 0);
+  if (allOnes) total = static_cast<double>(n);
+  double before = 0;
+  for (size_t i = 0; i < n; ++i) {
+    const double w = allOnes ? 1.0 : weightOf(i);
+    if (w == 0) continue;
+    stops->push_back({colours[i], (before + w * 0.5) / total});
+    before += w;
+  }
+  stops->front().at = 0.0;
+  if (stops->size() > 1) stops->back().at = 1.0;
+}
+
+int32_t ClampToInt32(int64_t v) {
+  return static_cast<int32_t>(v < INT32_MIN ? INT32_MIN : (v > INT32_MAX ? INT32_MAX : v));
+}
+
+bool IsEmptyRect(const IntRect& r) {
+  return r.right <= r.left || r.bottom <= r.top;
+}
+
+template <class GradientF>
+void RenderGradient(LayerRasterizer& ras, LayerRendererBase& renderer, const FillSettings& layer,
+                    const agg::trans_affine& toGradient, double d1, double d2) {
+  typedef agg::span_gradient<LayerColour, AffineSpanInterpolator, GradientF, GradientLookup> SpanGen;
+  GradientLookup lookup(layer);
+  AffineSpanInterpolator interpolator(toGradient, kCoordLimit);
+  GradientF function;
+  SpanGen spans(interpolator, function, lookup, d1, d2);
+  LayerScanline sl;
+  LayerSpanAllocator allocator;
+  agg::render_scanlines_aa(ras, sl, renderer, allocator, spans);
+}
+
+// A parameter of kind 2 in sixteenths of the radius, truncated; out-of-range and NaN values held in 0..16.
+int Sixteenths(double v) {
+  if (!(v > 0.0)) return 0;
+  if (v >= 1.0) return 16;
+  return static_cast<int>(v * 16.0);
+}
+
+}  // namespace
+
+LayerColour ColourFromPacked(uint32_t packed) {
+  const uint32_t p = SwapRedBlue(packed);  // now blue low, as a pixel
+  return LayerColour((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF, p >> 24);
+}
+
+IntRect GradientArea(const FillSettings& layer, const IntRect& shapeBox, const IntRect& callerBuffer) {
+  const platform::RECT& u = layer.userGradientArea;
+  if (u.right > u.left && u.bottom > u.top) {
+    const int64_t dx = callerBuffer.left, dy = callerBuffer.top;
+    return IntRect{ClampToInt32(u.left + dx), ClampToInt32(u.top + dy), ClampToInt32(u.right + dx),
+                   ClampToInt32(u.bottom + dy)};
+  }
+  if (layer.gradientFitMode == 1 && !IsEmptyRect(callerBuffer)) return callerBuffer;
+  return shapeBox;
+}
+
+void BuildGradientRamp(const FillSettings& layer, uint32_t* ramp, size_t count) {
+  if (ramp == nullptr || count == 0) return;
+  std::vector<RampStop> stops;
+  CollectStops(layer, &stops);
+  if (stops.size() == 1) {
+    for (size_t k = 0; k < count; ++k) ramp[k] = SwapRedBlue(stops[0].colour);
+    return;
+  }
+  size_t seg = 0;
+  for (size_t k = 0; k < count; ++k) {
+    const double t = count > 1 ? static_cast<double>(k) / static_cast<double>(count - 1) : 0.0;
+    while (seg + 2 < stops.size() && t > stops[seg + 1].at) ++seg;
+    const RampStop& a = stops[seg];
+    const RampStop& b = stops[seg + 1];
+    const double span = b.at - a.at;
+    double f = span > 0 ? (t - a.at) / span : 1.0;
+    f = f < 0 ? 0 : (f > 1 ? 1 : f);
+    ramp[k] = SwapRedBlue(Mix(a.colour, b.colour, f));
+  }
+}
+
+void RenderColourFill(LayerRasterizer& ras, LayerRendererBase& renderer, const FillSettings& layer,
+                      const IntRect& area) {
+  const double left = area.left, top = area.top;
+  const double width = area.right > area.left ? double(area.right) - left : 1.0;
+  const double height = area.bottom > area.top ? double(area.bottom) - top : 1.0;
+  const double cx = left + width * 0.5, cy = top + height * 0.5;
+  switch (layer.gradientType) {
+    case kGradientTopToBottom: {
+      // From the centre of the area's first row to the centre of its last.
+      const double k = kRampLength / (height > 1.0 ? height - 1.0 : 1.0);
+      const agg::trans_affine m(0.0, 0.0, 0.0, k, 0.0, -(top + 0.5) * k);
+      RenderGradient<agg::gradient_y>(ras, renderer, layer, m, 0.0, kRampLength);
+      return;
+    }
+    case kGradientAngled: {
+      const double c = std::cos(layer.gradientAngle), s = std::sin(layer.gradientAngle);
+      if (!std::isfinite(c) || !std::isfinite(s)) break;
+      // Half the extent of the area's pixel centres along the direction.
+      const double e = std::fabs((width - 1.0) * 0.5 * c) + std::fabs((height - 1.0) * 0.5 * s);
+      const double k = kRampLength / (e > 0.5 ? 2.0 * e : 1.0);
+      const agg::trans_affine m(c * k, 0.0, s * k, 0.0, (e - cx * c - cy * s) * k, 0.0);
+      RenderGradient<agg::gradient_x>(ras, renderer, layer, m, 0.0, kRampLength);
+      return;
+    }
+    case kGradientRadial: {
+      // The area's half width and half height become the ramp's full radius, kRampLength.
+      const double kx = kRampLength / (width * 0.5), ky = kRampLength / (height * 0.5);
+      const agg::trans_affine m(kx, 0.0, 0.0, ky, -cx * kx, -cy * ky);
+      const double sixteenth = kRampLength / 16.0;
+      RenderGradient<agg::gradient_radial_d>(ras, renderer, layer, m,
+                                             Sixteenths(layer.gradientFrom) * sixteenth,
+                                             Sixteenths(layer.gradientTo) * sixteenth);
+      return;
+    }
+    default:
+      break;
+  }
+  LayerScanline sl;
+  agg::render_scanlines_aa_solid(ras, sl, renderer, ColourFromPacked(layer.startColour));
+}
+
+}  // namespace lx

@@ -1,0 +1,57 @@
+// Drawing a layer shape (the filled path, the stroked path, or both) into the surface attached to a
+// render process, with the layer's colour, gradient or texture; and the small tests on the fill settings
+// with which the pipeline chooses how to lay one layer onto another.
+#pragma once
+
+#include <cstdint>
+
+#include "image/pixel_view.h"
+#include "settings/render_process.h"
+
+namespace lx {
+
+// The drawing modes of DrawLayer. Values of 4 or more, and negative values, draw nothing.
+enum LayerDrawMode : int32_t {
+  kDrawFace = 0,             // the path filled, in the Face's fill
+  kDrawOutline = 1,          // the path stroked with strokeWidth, in the Outline's fill
+  kDrawFaceThenOutline = 2,  // both, the Outline drawn over the Face
+  kDrawOutlineThenFace = 3,  // both, the Face drawn over the Outline (the order of the finished image)
+};
+
+// The rectangles a draw call lays its fills over.
+struct LayerAreas {
+  // Where a texture is stretched (tiling 1) or starts repeating (tiling 2), in path coordinates (before
+  // the glyph transform). An empty rectangle stands for the whole-pixel box of the layer's shape: the
+  // path's box, grown by half the stroke width for the Outline.
+  IntRect faceTexture;
+  IntRect outlineTexture;
+  // The caller's whole buffer in surface coordinates: the gradient area of fit mode 1 and the origin of
+  // the user gradient areas, which are given in the caller's buffer coordinates. May be empty: fit mode
+  // 1 then falls back to the shape's box, and user areas are taken as surface coordinates.
+  IntRect callerBuffer;
+};
+
+// Draws process.path, carried through process.glyphMatrix, into process.surface. Each layer that the
+// mode names is rasterised (the Outline only when strokeWidth is greater than 0: a stroke of that full
+// width centred on the path, miter joins) and painted with its texture when its fill type is 1 and it
+// has a texture with pixels, otherwise with its gradient or solid start colour. Curves are flattened to
+// within a quarter pixel of the surface. An empty surface or path draws nothing.
+void DrawLayer(const RenderProcess& process, int32_t mode, const LayerAreas& areas);
+
+// 1 when the layer paints one colour (alphaOnly != 1) or one alpha (alphaOnly == 1), else 0; a texture
+// fill type answers 0. With its colour stops in force the first stop is written to *colour and every
+// stop must match it (an empty list answers 1 and writes nothing). Otherwise, without alphaOnly, the
+// answer is start == end colour and the start colour is written when it is 1; with alphaOnly the start
+// colour is always written and the answer is whether the two colours' alpha bytes agree. Colours are
+// packed (red in the low byte). `colour` must not be null.
+int UniformLayerColour(const FillSettings& layer, uint32_t* colour, uint8_t alphaOnly);
+
+// 1 when the Face and the Outline are both uniform (alphaOnly not set) in the same colour.
+int SameUniformColour(const RenderProcess& process);
+
+// 1 when every colour the layer paints has the given alpha: every stop's alpha with the colour stops in
+// force (an empty list answers 0), otherwise the start colour's and, when it differs from the start,
+// the end colour's. A texture fill type answers 0.
+int LayerAlphaEquals(const FillSettings& layer, uint8_t alpha);
+
+}  // namespace lx

@@ -1,0 +1,75 @@
+// The concrete AGG drawing pipeline of the layer renderers: the blend law with which a rasterised span
+// lands on a layer image, the 32-bit blue-green-red-alpha pixel format over it, and the renderer,
+// scanline, rasterizer and span allocator types that every drawing routine shares. This is the only
+// place that names them.
+#pragma once
+
+#include <cstdint>
+
+#include <agg_basics.h>
+#include <agg_color_rgba.h>
+#include <agg_pixfmt_rgba.h>
+#include <agg_rasterizer_scanline_aa.h>
+#include <agg_rasterizer_sl_clip.h>
+#include <agg_renderer_base.h>
+#include <agg_renderer_scanline.h>
+#include <agg_rendering_buffer.h>
+#include <agg_scanline_u.h>
+#include <agg_span_allocator.h>
+
+namespace lx {
+
+// How a span colour (r, g, b, a) with coverage k lands on a layer pixel. The span colour is added
+// unscaled to the attenuated destination; a transparent destination is overwritten rather than blended,
+// so a layer drawn on a cleared image keeps its colour bytes exactly whatever the coverage, and only the
+// alpha carries the anti-aliasing. With the effective alpha a' = a * (k + 1) >> 8:
+//   a' = 0: nothing changes;  a' = 255: the pixel becomes (r, g, b, 255);
+//   destination alpha 0: the pixel becomes (r, g, b, a');
+//   otherwise colour = (D * (255 - a') + (k + 1) * s) >> 8, alpha = 255 - ((255 - A) * (255 - a') >> 8).
+// At full coverage this is colour = (D * (255 - a) >> 8) + s. A colour byte is held at 255 when a span
+// colour brighter than its own alpha would carry it past.
+struct LayerBlender : agg::conv_rgba_pre<agg::rgba8, agg::order_bgra> {
+  typedef agg::rgba8 color_type;
+  typedef agg::order_bgra order_type;
+  typedef color_type::value_type value_type;
+  typedef color_type::calc_type calc_type;
+  typedef color_type::long_type long_type;
+
+  static AGG_INLINE void blend_pix(value_type* p, unsigned cr, unsigned cg, unsigned cb, unsigned alpha,
+                                   unsigned cover) {
+    const unsigned k1 = cover + 1;
+    const unsigned a = (alpha * k1) >> 8;
+    if (a == 0) return;
+    if (a == 255 || p[order_type::A] == 0) {
+      p[order_type::R] = value_type(cr);
+      p[order_type::G] = value_type(cg);
+      p[order_type::B] = value_type(cb);
+      p[order_type::A] = value_type(a);
+      return;
+    }
+    const unsigned keep = 255 - a;
+    p[order_type::R] = Saturate((p[order_type::R] * keep + k1 * cr) >> 8);
+    p[order_type::G] = Saturate((p[order_type::G] * keep + k1 * cg) >> 8);
+    p[order_type::B] = Saturate((p[order_type::B] * keep + k1 * cb) >> 8);
+    p[order_type::A] = value_type(255 - (((255 - p[order_type::A]) * keep) >> 8));
+  }
+
+  // Full coverage: the rule above with k = 255, which it reproduces exactly.
+  static AGG_INLINE void blend_pix(value_type* p, unsigned cr, unsigned cg, unsigned cb, unsigned alpha) {
+    blend_pix(p, cr, cg, cb, alpha, 255);
+  }
+
+ private:
+  static AGG_INLINE value_type Saturate(unsigned v) { return value_type(v > 255 ? 255 : v); }
+};
+
+using LayerColour = agg::rgba8;
+using LayerPixfmt = agg::pixfmt_alpha_blend_rgba<LayerBlender, agg::rendering_buffer>;
+using LayerRendererBase = agg::renderer_base<LayerPixfmt>;
+using LayerScanline = agg::scanline_u8;
+// Clipping in double precision, so that far-off or huge coordinates are cut to the image before they
+// are turned into the rasterizer's 24.8 fixed point.
+using LayerRasterizer = agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_dbl>;
+using LayerSpanAllocator = agg::span_allocator<LayerColour>;
+
+}  // namespace lx

@@ -1,0 +1,158 @@
+// Outline blocks built to make the decoder read outside its block, loop forever or overflow a size.
+// Each block is copied so that it ends exactly where an inaccessible page begins: a read past its end
+// faults even without a sanitizer.
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "render/outline_decoder.h"
+#include "tests/support/contour_records.h"
+#include "tests/support/guard_pages.h"
+
+namespace lx {
+namespace {
+
+using test::ContourRecords;
+using test::Pt;
+
+class GuardedBlock {
+ public:
+  explicit GuardedBlock(const std::vector<uint8_t>& bytes)
+      : pages_(bytes.size() / 4096 + 3), size_(bytes.size()) {
+    const size_t dataPages = pages_.pageCount() - 1;
+    pages_.protect(dataPages, test::GuardedPages::Access::kNone);
+    data_ = pages_.page(dataPages) - bytes.size();
+    if (!bytes.empty()) std::memcpy(data_, bytes.data(), bytes.size());
+  }
+  const uint8_t* data() const { return data_; }
+  size_t size() const { return size_; }
+
+ private:
+  test::GuardedPages pages_;
+  uint8_t* data_;
+  size_t size_;
+};
+
+bool IsEmpty(const IntRect& r) {
+  return r.left == 0 && r.top == 0 && r.right == 0 && r.bottom == 0;
+}
+
+// Decodes into a path that already holds a vertex: a refused block must leave it empty.
+void ExpectRefused(const std::vector<uint8_t>& bytes) {
+  const GuardedBlock block(bytes);
+  OutlinePath path{{1.0, 1.0, kPathMoveTo}};
+  const IntRect r = DecodeOutlineBlock(block.data(), block.size(), false, &path);
+  EXPECT_TRUE(IsEmpty(r));
+  EXPECT_TRUE(path.empty());
+}
+
+ContourRecords TwoSquares() {
+  ContourRecords r;
+  test::AddSquare(&r, 0, 0, 10);
+  r.begin(Pt(20, 0)).spline({Pt(25, -5), Pt(30, 0), Pt(30, 10)}).line({Pt(20, 10), Pt(20, 0)}).end();
+  return r;
+}
+
+TEST(HostileOutlineBlocks, ZeroOrShortOrOverlongContourLengths) {
+  for (uint32_t cb : {0u, 8u, 15u, 0xFFFFFFFFu, 0x80000000u, 0xFFFFFFF0u}) {
+    ContourRecords r;
+    r.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 5)}).endWithCb(cb);
+    SCOPED_TRACE(cb);
+    ExpectRefused(r.bytes());
+  }
+  ContourRecords pastEnd;
+  pastEnd.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 5)}).end();
+  pastEnd.endWithCb(static_cast<uint32_t>(pastEnd.bytes().size() + 1));
+  ExpectRefused(pastEnd.bytes());
+}
+
+TEST(HostileOutlineBlocks, ForeignContourTypeEndsTheDecodingAtOnce) {
+  for (uint32_t type : {0u, 23u, 25u, 0xFFFFFFFFu}) {
+    ContourRecords r;
+    r.begin(Pt(1, 1), type).line({Pt(5, 1), Pt(5, 5)}).end();
+    ExpectRefused(r.bytes());
+  }
+  // A good contour followed by a foreign one: the whole block is refused.
+  ContourRecords mixed;
+  test::AddSquare(&mixed, 0, 0, 4);
+  mixed.begin(Pt(1, 1), 7).line({Pt(5, 1)}).end();
+  ExpectRefused(mixed.bytes());
+}
+
+TEST(HostileOutlineBlocks, PointCountsThatRunPastTheContourOrTheBlock) {
+  for (uint16_t count : {uint16_t{2}, uint16_t{3}, uint16_t{0x1FFF}, uint16_t{0xFFFF}}) {
+    for (uint16_t type : {uint16_t{1}, uint16_t{2}, uint16_t{3}}) {
+      ContourRecords r;
+      r.begin(Pt(1, 1)).recordWithCount(type, count, {Pt(4, 4)}).end();
+      ExpectRefused(r.bytes());
+    }
+  }
+  // The record fits the block but not its contour, whose cb is shorter.
+  ContourRecords r;
+  r.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 5)}).endWithCb(16 + 4 + 8);
+  r.begin(Pt(1, 1)).line({Pt(3, 3)}).end();
+  ExpectRefused(r.bytes());
+}
+
+TEST(HostileOutlineBlocks, RecordHeaderPastTheContourEnd) {
+  ContourRecords r;
+  r.begin(Pt(1, 1)).raw({1, 0}).end();  // cb 18: two bytes where a four-byte header should be
+  ExpectRefused(r.bytes());
+}
+
+TEST(HostileOutlineBlocks, HeaderCutShortByTheBlockEnd) {
+  ContourRecords r;
+  test::AddSquare(&r, 0, 0, 4);
+  r.raw({16, 0, 0, 0, 24, 0, 0, 0});
+  ExpectRefused(r.bytes());
+}
+
+TEST(HostileOutlineBlocks, OnePointSplineAtTheEndOfTheBlock) {
+  ContourRecords r;
+  r.begin(Pt(1, 1)).line({Pt(6, 1)}).spline({Pt(4, 4)}).end();
+  ExpectRefused(r.bytes());
+  // With another contour after it, the point that follows lies inside the block and is read.
+  r.begin(Pt(9, 9)).line({Pt(12, 9), Pt(12, 12)}).end();
+  const GuardedBlock block(r.bytes());
+  OutlinePath path;
+  const IntRect rect = DecodeOutlineBlock(block.data(), block.size(), false, &path);
+  EXPECT_FALSE(IsEmpty(rect));
+}
+
+TEST(HostileOutlineBlocks, EveryTruncationOfAGoodBlockIsRefusedOrDecodedWhole) {
+  const std::vector<uint8_t> good = TwoSquares().bytes();
+  const size_t firstContour = 16 + 4 + 4 * 8;
+  for (size_t n = 1; n < good.size(); ++n) {
+    const GuardedBlock block(std::vector<uint8_t>(good.begin(), good.begin() + n));
+    OutlinePath path;
+    const IntRect r = DecodeOutlineBlock(block.data(), block.size(), false, &path);
+    if (n == firstContour) {
+      EXPECT_EQ(r.right, 10);  // exactly the first contour
+    } else {
+      EXPECT_TRUE(IsEmpty(r)) << n;
+      EXPECT_TRUE(path.empty()) << n;
+    }
+  }
+}
+
+TEST(HostileOutlineBlocks, RandomCorruptionsNeitherCrashNorHang) {
+  const std::vector<uint8_t> good = TwoSquares().bytes();
+  std::mt19937 rng(12345);
+  for (int round = 0; round < 5000; ++round) {
+    std::vector<uint8_t> bytes = good;
+    const int flips = 1 + static_cast<int>(rng() % 4);
+    for (int i = 0; i < flips; ++i) bytes[rng() % bytes.size()] = static_cast<uint8_t>(rng());
+    if (rng() % 3 == 0) bytes.resize(rng() % bytes.size() + 1);
+    const GuardedBlock block(bytes);
+    OutlinePath path;
+    const IntRect r = DecodeOutlineBlock(block.data(), block.size(), round % 2 == 0, &path);
+    if (path.empty()) {
+      EXPECT_TRUE(IsEmpty(r));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace lx
