@@ -15,10 +15,15 @@
  * used by two threads at once; separate processes may be used from separate threads.
  *
  * Extruded Shadow: SetShadowExtruded(1) turns the flat Shadow into a solid block that joins the copy at
- * the Shadow offset to the glyphs' own position. With SetExtrudedShadowColor(1) (the default) the block is
- * drawn in the Shadow colour at the Shadow alpha, then its colour is softened across the steps so the
- * body reads as one smooth-edged solid; with 0 the stamps keep their flat colour and only the outer edge
- * is smoothed. A Shadow blur level above 0 replaces that softening by the ordinary blur.
+ * the Shadow offset to the glyphs' own position: the Shadow shape is laid over itself at every pixel step
+ * of the line between the two. With SetExtrudedShadowColor(1) (the default) the block is one even body
+ * in the Shadow colour at the Shadow alpha; with any other value the overlapping steps build up, so a
+ * translucent Shadow grows denser towards the glyphs (an opaque one looks the same either way). With a
+ * Shadow blur level of 0 the block's outline is then smoothed: a light blur of its alpha (radius 1,
+ * three times) rounds off the stair-steps the line leaves on slanted sides, and a steeper alpha ramp
+ * about half the body's alpha restores a solid body with an antialiased edge about two pixels wide, where
+ * the unsmoothed edge was. Colours are left as drawn. A Shadow blur level above 0 replaces that smoothing
+ * by the ordinary blur.
  */
 #ifndef LETTRIX_H
 #define LETTRIX_H
