@@ -51,6 +51,7 @@ struct CallSettings {
 bool MakeWorkImage(PixelBuffer* image, int64_t width, int64_t height, int64_t left, int64_t top,
                    const PixelBuffer& output) {
   if (width < 1 || height < 1 || width > INT32_MAX || height > INT32_MAX) return false;
+  if (left + width > INT32_MAX || top + height > INT32_MAX) return false;  // its rectangle must fit
   if (left >= output.width() || top >= output.height() || left + width <= 0 || top + height <= 0)
     return false;
   if (!image->allocate(static_cast<int32_t>(width), static_cast<int32_t>(height))) return false;
@@ -76,9 +77,12 @@ std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller,
 // The caller's buffer as seen from a work image: where fit mode 1 spreads a gradient and where user
 // gradient areas are measured from. Texture areas are left empty: the shape's own box.
 LayerAreas AreasFor(const PixelBuffer& work, const PixelBuffer& output) {
+  auto fit = [](int64_t v) {
+    return static_cast<int32_t>(std::max<int64_t>(INT32_MIN, std::min<int64_t>(INT32_MAX, v)));
+  };
+  const int64_t left = work.rect().left, top = work.rect().top;
   LayerAreas areas;
-  areas.callerBuffer = {-work.rect().left, -work.rect().top, output.width() - work.rect().left,
-                        output.height() - work.rect().top};
+  areas.callerBuffer = {fit(-left), fit(-top), fit(output.width() - left), fit(output.height() - top)};
   return areas;
 }
 
@@ -98,17 +102,18 @@ struct Box {
   bool empty() const { return right <= left || bottom <= top; }
 };
 
-// An extruded Shadow in the output's coordinates: its image, the shape inside it, and its step count.
+// An extruded Shadow in the output's coordinates: its image, the shape inside it, and its extrusion.
 struct ExtrudedShadow {
-  Box image;  // in the output's coordinates
-  Box shape;  // in the output's coordinates
-  int64_t steps;
+  Box image;
+  Box shape;
+  int64_t dx, dy;
 
-  // Each step moves the stamp one pixel along the longer axis: only the steps that bring the shape over
-  // the image cost anything.
+  // Each step moves the stamp one pixel along the offset's longer axis: only the steps that bring the
+  // shape over the image cost anything.
   double cost() const {
-    const bool wide = image.width() >= image.height();
-    const int64_t span = wide ? image.width() + shape.width() : image.height() + shape.height();
+    const bool alongX = std::llabs(dx) >= std::llabs(dy);
+    const int64_t steps = std::max(std::llabs(dx), std::llabs(dy));
+    const int64_t span = alongX ? image.width() + shape.width() : image.height() + shape.height();
     return static_cast<double>(std::min(steps, span)) * static_cast<double>(image.width()) *
            static_cast<double>(image.height());
   }
@@ -157,7 +162,8 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     e.shape = {left - dx, top - dy, left - dx + width, top - dy + height};
     e.image = {std::min(e.shape.left, left), std::min(e.shape.top, top),
                std::max(e.shape.right, left + width), std::max(e.shape.bottom, top + height)};
-    e.steps = std::max(std::llabs(dx), std::llabs(dy));
+    e.dx = dx;
+    e.dy = dy;
     if (!CutExtrudedShadow(&e, output, caller.shadowBlurLevel)) return;
     left = e.image.left;
     top = e.image.top;
@@ -255,7 +261,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
 
   // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
   // Outline leaves no seam. An Outline that paints nothing is simply replaced.
-  uint32_t faceColour = 0, outlineColour = 0;
+  uint32_t faceColour = temp->face.startColour, outlineColour = temp->outline.startColour;
   const bool faceUniform = UniformLayerColour(temp->face, &faceColour, 0) == 1;
   const bool outlineUniform = UniformLayerColour(temp->outline, &outlineColour, 0) == 1;
   const bool blurred = caller.face.blurLevel > 0 || caller.outline.blurLevel > 0;
