@@ -74,6 +74,38 @@ TEST_F(RenderFillsEffects, LinearGradientRunsFromTopToBottom) {
   EXPECT_GT(topRed / top, bottomRed / bottom + 100);
 }
 
+TEST_F(RenderFillsEffects, GradientAreasAreMeasuredOnTheCallersBuffer) {
+  // Fit mode 1 spreads the gradient over the whole buffer, wherever the work image lies on it.
+  for (int32_t dy : {0, 9}) {
+    Process p;
+    p.shadowVisible(0).faceStart(255, 255, 0, 0).faceEnd(255, 0, 0, 255).faceGradient(1).faceFit(1);
+    p.translate(0, dy);
+    const Image out = Draw(p);
+    for (const Point& q : face_) {
+      if (q.y + dy >= kHeight) continue;
+      const double expected = 255.0 * (1.0 - (q.y + dy + 0.5) / kHeight);
+      ASSERT_NEAR(Red(out.at(q.x, q.y + dy)), expected, 3.0) << q.x << "," << q.y + dy;
+    }
+  }
+  // A user area from row 50 to row 80 of the buffer: start colour above, end colour below.
+  Process p;
+  p.shadowVisible(0).faceStart(255, 255, 0, 0).faceEnd(255, 0, 0, 255).faceGradient(1);
+  ASSERT_TRUE(p.faceArea(0, 50, kWidth, 80));
+  const Image out = Draw(p);
+  size_t above = 0, below = 0;
+  for (const Point& q : face_) {
+    if (q.y < 50) {
+      ASSERT_EQ(out.at(q), Pixel(255, 255, 0, 0));
+      ++above;
+    } else if (q.y >= 80) {
+      ASSERT_EQ(out.at(q), Pixel(255, 0, 0, 255));
+      ++below;
+    }
+  }
+  EXPECT_GT(above, 50u);
+  EXPECT_GT(below, 50u);
+}
+
 TEST_F(RenderFillsEffects, RadialAndAngledGradientsAndColourStopsVaryAcrossTheFace) {
   for (int32_t type : {2, 3}) {
     Process p;

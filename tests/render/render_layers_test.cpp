@@ -90,6 +90,14 @@ TEST_F(RenderLayers, TranslucentFaceShowsTheStrokeBeneathItsInnerHalf) {
   for (const Point& q : strokeUnderFace) ASSERT_LT(Red(out.at(q)), Red(out.at(faceOnly[0])));
 }
 
+TEST_F(RenderLayers, TransparentOutlineLeavesTheFaceAsItIsWithoutOne) {
+  Process none;
+  none.face(200, 250, 120, 20).shadowVisible(0);
+  Process clear;
+  clear.face(200, 250, 120, 20).outline(0, 0, 255, 0).thickness(5).shadowVisible(0);
+  EXPECT_EQ(Draw(clear, kGround), Draw(none, kGround));
+}
+
 TEST_F(RenderLayers, ShadowOnlyDrawsTheShadowAndNothingElse) {
   Process p;
   p.face(255, 200, 0, 0).outline(255, 0, 200, 0).thickness(2).shadow(255, 0, 0, 200).shadowOffset(5, 5);
