@@ -11,22 +11,67 @@ namespace lx {
 
 class BlurFilter;
 
+// How luminance becomes height.
+enum class BevelProfile : int32_t { kLinear = 0, kRound = 1, kSCurve = 2 };
+
+// The shading parameters, set together.
+struct BevelSettings {
+  double azimuth = 0.0;    // radians, clamped to [-pi, pi]
+  double elevation = 3.0;  // degrees, clamped to [3, 60]
+  double depth = 1.0;      // clamped to [1, 60]; the flat-surface normal is 1530 / depth
+  int32_t offsetX = 0;     // shift of the pattern in pixels (wrap-around use)
+  int32_t offsetY = 0;
+  int32_t heightOffset = 0;       // 0..255: the luminance that transparency pulls heights towards
+  int32_t highlightStrength = 0;  // 0..255: lifts lit slopes towards full light; also the unlit shade
+  int32_t profile = 1;            // 1 round, 2 S-curve, anything else linear
+  uint8_t wrap = 0;               // 1: neighbours wrap around rows and columns (seamless textures)
+  uint8_t reserved = 0;           // kept with the block, not used by the shading
+};
+
 class BevelFilter : public EffectObject {
  public:
-  BevelFilter() = default;
+  BevelFilter();
 
-  // The 3D border on an Outline layer: elevation in degrees, `passes` shading passes, azimuth in
-  // radians, blur radius between passes. Does nothing for 0 passes.
+  // Clamps and stores the settings and derives the light from them.
+  void configure(const BevelSettings& settings);
+  const BevelSettings& settings() const { return settings_; }
+
+  // One shading pass in place: each pixel's colour bytes are scaled by the light falling on the height
+  // field (luminance weighted by alpha, through the profile) at that pixel; alpha stays. Rows are shaded
+  // top to bottom, each from heights read before it was changed.
+  void shade(const PixelView& image);
+
+  // The 3D border on an Outline layer. elevationDegrees (3..60) is the light's elevation, `passes` the
+  // number of shading passes, azimuthRadians the light's direction, blurRadius the radius of the
+  // colour-only blur run before and after each pass (the pipeline passes 2). The outline keeps its own
+  // colours and alpha, lightened where the bevel faces the light and darkened where it faces away.
+  // Does nothing for passes < 1 or an empty view; without a blur object the blur steps are skipped.
   void applyBorder(const PixelView& image, double elevationDegrees, int passes, double azimuthRadians,
                    unsigned blurRadius, BlurFilter* blur);
 
+  // The height profile in use (256 entries).
+  const uint8_t* profile() const { return profile_; }
+
  private:
-  double azimuth_ = 0.0;
-  double elevation_ = 3.0;
-  double depth_ = 1.0;
-  // Further settings and row buffers belong to the implementation.
-  std::vector<int32_t> heights_;
-  std::vector<uint32_t> rows_;
+  bool reserveRows(int32_t width, int32_t height);
+  void readHeights(const PixelView& image, int32_t row, int32_t* heights) const;
+
+  BevelSettings settings_;
+  int32_t lx_ = 0, ly_ = 0, lz_ = 0, nz_ = 0, nz2_ = 0, nzlz_ = 0;
+  double sine_ = 1.0;
+  double fullLight_ = 255.0;  // F = 255 * sine
+  double highlight_ = 0.0;    // H = strength / 255
+  int32_t unlitShade_ = 0;    // S = strength * sine
+  uint8_t profile_[256] = {};
+
+  // Row buffers kept between passes and calls: three height rows, the source row, the output row.
+  int32_t rowsWidth_ = -1;
+  int32_t rowsHeight_ = -1;
+  std::vector<int32_t> heightRows_[3];
+  std::vector<uint32_t> sourceRow_;
+  std::vector<uint32_t> outputRow_;
+  // The Outline as it was before the border, re-tinted at the end.
+  std::vector<uint32_t> original_;
 };
 
 }  // namespace lx

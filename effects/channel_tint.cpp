@@ -21,7 +21,7 @@ void ChannelTint::apply(const PixelView& image) const {
   for (int32_t y = 0; y < image.height; ++y) {
     uint8_t* p = reinterpret_cast<uint8_t*>(image.row(y));
     for (int32_t x = 0; x < image.width; ++x, p += 4) {
-      // The three weights sum below 1, so lum never leaves 0..255 for byte inputs.
+      // Each truncated term is at most its weight times the byte, so lum stays below 256 for byte inputs.
       const unsigned lum = a_[p[0]] + b_[p[1]] + c_lum_[p[2]];
       if (lum < 256) {
         p[0] = t0_[lum];

@@ -1,6 +1,9 @@
 #include "effects/emboss_filter.h"
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <new>
 
 #include "effects/light_angles.h"
 
@@ -20,6 +23,71 @@ void EmbossFilter::updateLight() {
   nz2_ = nz_ * nz_;
   nzlz_ = nz_ * lz_;
   background_ = lz_;
+}
+
+void EmbossFilter::apply(const PixelView& image) {
+  if (image.empty() || image.height < 3) return;
+  const size_t width = static_cast<size_t>(image.width);
+  const size_t height = static_cast<size_t>(image.height);
+  if (width > SIZE_MAX / 4 / height) return;
+  try {
+    if (copy_.size() < width * height) copy_.resize(width * height);
+    if (rows_.size() < 4 * width) rows_.resize(4 * width);
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+  for (size_t y = 0; y < height; ++y) {
+    std::memcpy(&copy_[y * width], image.row(static_cast<int32_t>(y)), width * 4);
+  }
+
+  // The three-row buffer holds the heights (sum of the colour bytes) of three rows, one after another;
+  // the fourth row is the output. The rows are read through pointers W - 1 pixels apart, so the
+  // neighbourhood of column x is sheared: top x .. x + 2, middle x - 1 .. x + 1, bottom x - 2 .. x, and
+  // the reads before a row or past it land in the neighbouring row. The extremes, top[x + 2] at
+  // x = W - 1 and bottom[x] at x = 0, are buffer pixels W + 1 and 2W - 2, inside the 3W for any W >= 1.
+  uint32_t* heights = rows_.data();
+  uint32_t* output = heights + 3 * width;
+  const uint32_t* top = heights;
+  const uint32_t* middle = heights + (width - 1);
+  const uint32_t* bottom = heights + 2 * (width - 1);
+
+  for (size_t y = 0; y < height; ++y) {
+    // Output row 0 is shaded around row 1 (rows 1, 1, 2) and the last around the one before it
+    // (rows H - 3, H - 2, H - 2).
+    const bool first = y == 0;
+    const bool last = y == height - 1;
+    const size_t source[3] = {first ? 1 : (last ? height - 3 : y - 1), first ? 1 : (last ? height - 2 : y),
+                              first ? 2 : (last ? height - 2 : y + 1)};
+    for (int k = 0; k < 3; ++k) {
+      const uint32_t* row = &copy_[source[k] * width];
+      uint32_t* h = heights + k * width;
+      for (size_t x = 0; x < width; ++x)
+        h[x] = (row[x] & 0xFF) + ((row[x] >> 8) & 0xFF) + ((row[x] >> 16) & 0xFF);
+    }
+    const uint32_t* centres = &copy_[source[1] * width];
+
+    for (size_t x = 0; x < width; ++x) {
+      const uint32_t alpha = centres[x] >> 24;
+      if (alpha == 0) {
+        output[x] = 0;
+        continue;
+      }
+      const int32_t left = static_cast<int32_t>(top[x] + middle[x] + bottom[x]);
+      const int32_t right = static_cast<int32_t>(top[x + 2] + middle[x + 2] + bottom[x + 2]);
+      const int32_t above = static_cast<int32_t>(top[x] + top[x + 1] + top[x + 2]);
+      const int32_t below = static_cast<int32_t>(bottom[x] + bottom[x + 1] + bottom[x + 2]);
+      const int32_t nx = left - right;
+      const int32_t ny = below - above;
+      double shade = background_;
+      if (nx != 0 || ny != 0) {
+        const int32_t nDotL = static_cast<int32_t>(nx * lx_ + ny * ly_ + nzlz_);
+        shade = nDotL < 0 ? 0.0 : nDotL / std::sqrt(static_cast<double>(nx * nx + ny * ny) + nz2_);
+      }
+      const uint32_t grey = static_cast<uint32_t>(shade);
+      output[x] = grey | grey << 8 | grey << 16 | alpha << 24;
+    }
+    std::memcpy(image.row(static_cast<int32_t>(y)), output, width * 4);
+  }
 }
 
 }  // namespace lx

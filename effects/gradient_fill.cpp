@@ -23,15 +23,19 @@ class GradientLookup {
  public:
   typedef LayerColour color_type;
 
-  explicit GradientLookup(const FillSettings& layer) { BuildGradientRamp(layer, ramp_, kGradientLookupSize); }
-  static unsigned size() { return kGradientLookupSize; }
-  LayerColour operator[](unsigned i) const {
-    const uint32_t p = ramp_[i];
-    return LayerColour((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF, p >> 24);
+  explicit GradientLookup(const FillSettings& layer) {
+    uint32_t ramp[kGradientLookupSize];
+    BuildGradientRamp(layer, ramp, kGradientLookupSize);
+    for (size_t i = 0; i < kGradientLookupSize; ++i) {
+      const uint32_t p = ramp[i];
+      colours_[i] = LayerColour((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF, p >> 24);
+    }
   }
+  static unsigned size() { return kGradientLookupSize; }
+  const LayerColour& operator[](unsigned i) const { return colours_[i]; }
 
  private:
-  uint32_t ramp_[kGradientLookupSize];
+  LayerColour colours_[kGradientLookupSize];
 };
 
 struct RampStop {
@@ -39,15 +43,12 @@ struct RampStop {
   double at;        // 0..1
 };
 
-uint32_t Mix(uint32_t a, uint32_t b, double f) {
-  uint32_t out = 0;
-  for (int shift = 0; shift < 32; shift += 8) {
-    const double ca = (a >> shift) & 0xFF;
-    const double cb = (b >> shift) & 0xFF;
-    const uint32_t c = static_cast<uint32_t>(ca + (cb - ca) * f + 0.5);
-    out |= (c > 255 ? 255 : c) << shift;
-  }
-  return out;
+// a + (b - a) * f / 256 per byte, f in 0..256, two bytes at a time.
+uint32_t Mix(uint32_t a, uint32_t b, uint32_t f) {
+  const uint32_t g = 256 - f;
+  const uint32_t even = ((a & 0x00FF00FFu) * g + (b & 0x00FF00FFu) * f + 0x00800080u) >> 8;
+  const uint32_t odd = ((a >> 8) & 0x00FF00FFu) * g + ((b >> 8) & 0x00FF00FFu) * f + 0x00800080u;
+  return (even & 0x00FF00FFu) | (odd & 0xFF00FF00u);
 }
 
 // The stops of the ramp, positions ascending from 0 to 1 (one stop: a solid ramp).
@@ -132,16 +133,26 @@ void BuildGradientRamp(const FillSettings& layer, uint32_t* ramp, size_t count) 
     for (size_t k = 0; k < count; ++k) ramp[k] = SwapRedBlue(stops[0].colour);
     return;
   }
+  const double step = count > 1 ? 1.0 / static_cast<double>(count - 1) : 0.0;
   size_t seg = 0;
+  double scale = 0;  // 256 / the segment's length
+  bool fresh = true;
   for (size_t k = 0; k < count; ++k) {
-    const double t = count > 1 ? static_cast<double>(k) / static_cast<double>(count - 1) : 0.0;
-    while (seg + 2 < stops.size() && t > stops[seg + 1].at) ++seg;
+    const double t = static_cast<double>(k) * step;
+    while (seg + 2 < stops.size() && t > stops[seg + 1].at) {
+      ++seg;
+      fresh = true;
+    }
     const RampStop& a = stops[seg];
     const RampStop& b = stops[seg + 1];
-    const double span = b.at - a.at;
-    double f = span > 0 ? (t - a.at) / span : 1.0;
-    f = f < 0 ? 0 : (f > 1 ? 1 : f);
-    ramp[k] = SwapRedBlue(Mix(a.colour, b.colour, f));
+    if (fresh) {
+      const double span = b.at - a.at;
+      scale = span > 0 ? 256.0 / span : 0.0;
+      fresh = false;
+    }
+    double f = scale == 0 ? 256.0 : (t - a.at) * scale;
+    f = f < 0 ? 0 : (f > 256.0 ? 256.0 : f);
+    ramp[k] = SwapRedBlue(Mix(a.colour, b.colour, static_cast<uint32_t>(f + 0.5)));
   }
 }
 

@@ -24,7 +24,7 @@ run_tests() {  # run_tests <dir>; tests without a time limit of their own get 15
 finish_stage() {  # finish_stage <name> <start seconds> <status>
   local verdict=passed
   [ "$3" -eq 0 ] || { verdict=FAILED; failed=1; }
-  results+=("$(printf '%-44s %-7s %4ds' "$1" "$verdict" $((SECONDS - $2)))")
+  results+=("$(printf '%-46s %-7s %4ds' "$1" "$verdict" $((SECONDS - $2)))")
 }
 
 # Only system DLLs may be imported: the DLL carries its own C++ runtime.

@@ -15,10 +15,15 @@
  * used by two threads at once; separate processes may be used from separate threads.
  *
  * Extruded Shadow: SetShadowExtruded(1) turns the flat Shadow into a solid block that joins the copy at
- * the Shadow offset to the glyphs' own position. With SetExtrudedShadowColor(1) (the default) the block is
- * drawn in the Shadow colour at the Shadow alpha, then its colour is softened across the steps so the
- * body reads as one smooth-edged solid; with 0 the stamps keep their flat colour and only the outer edge
- * is smoothed. A Shadow blur level above 0 replaces that softening by the ordinary blur.
+ * the Shadow offset to the glyphs' own position: the Shadow shape is laid over itself at every pixel step
+ * of the line between the two. With SetExtrudedShadowColor(1) (the default) the block is one even body
+ * in the Shadow colour at the Shadow alpha; with any other value the overlapping steps build up, so a
+ * translucent Shadow grows denser towards the glyphs (an opaque one looks the same either way). With a
+ * Shadow blur level of 0 the block's outline is then smoothed: a light blur of its alpha (radius 1,
+ * three times) rounds off the stair-steps the line leaves on slanted sides, and a steeper alpha ramp
+ * about half the body's alpha restores a solid body with an antialiased edge about two pixels wide, where
+ * the unsmoothed edge was. Colours are left as drawn. A Shadow blur level above 0 replaces that smoothing
+ * by the ordinary blur.
  */
 #ifndef LETTRIX_H
 #define LETTRIX_H
@@ -166,6 +171,128 @@ LETTRIX_API size_t LETTRIX_CALL LettrixGlobalSize(void* handle);
 
 #ifdef __cplusplus
 }
+#endif
+
+#ifdef __cplusplus
+/* The same service as one object: a render process and a Canvas (a 32-bit image in global memory, zero
+ * pixels when made) into which RenderIt draws. Every setting method forwards to the exported function of
+ * the same role and returns 1, or 0 without calling anything when the object has no process; the three
+ * blur methods always return 0, and the colour-stop, user-area and texture methods return the function's
+ * truth value. Methods that take an int by reference where the function takes a byte hand on the int's
+ * lowest byte (256 is 0, 257 is 1).
+ *
+ * Assignment copies the fields only: both objects then share one process and one Canvas, and the caller
+ * must destroy them once. An object must not be used by two threads at once. */
+class LETTRIX_API CLettrix {
+ public:
+  /** No process, no Canvas. */
+  CLettrix();
+  /** Destroys the process and frees the Canvas, as DestroyProcess. */
+  ~CLettrix();
+  /** Copies the five fields; nothing is duplicated or freed. Returns *this. */
+  CLettrix& operator=(const CLettrix& other);
+  /** Not offered: a copy would share the process and Canvas and free them twice. */
+  CLettrix(const CLettrix&) = delete;
+
+  /** Frees any Canvas, stores width and height as given, and allocates width * height * 4 zero bytes
+   *  (computed in 32-bit arithmetic; nothing is allocated when that is 0). Returns 1 when the Canvas has
+   *  pixels, else 0. */
+  int CreateCanvas(const int& width, const int& height);
+  /** Creates a render process; the one held before is not destroyed. Returns 1 on success, else 0. */
+  int CreateProcessA();
+  /** Destroys the process (if any) and frees the Canvas; width and height keep their values. */
+  void DestroyProcess();
+  /** Renders the outline block `input` into the Canvas. Returns 0 without drawing for a null input, a
+   *  Canvas width or height below 1, no Canvas pixels or no process (tested in that order), or a Canvas
+   *  smaller than width * height * 4 bytes; otherwise Render's result, 1 or 0. */
+  int RenderIt(void* const input);
+
+  /** SetFaceBlurLevel. Returns 0 in every case. */
+  int BlurFace(const unsigned char& level);
+  /** SetOutlineBlurLevel. Returns 0 in every case. */
+  int BlurOutline(const unsigned char& level);
+  /** SetShadowBlurLevel. Returns 0 in every case. */
+  int BlurShadow(const unsigned char& level);
+  /** SetFaceTextureEmbossed(angle, a, b, c). */
+  int EmbossFaceTexture(const double& angle, const unsigned char& a, const unsigned char& b,
+                        const unsigned char& c);
+  /** EnableFaceEmbossed with the int's lowest byte. */
+  int EnableFaceEmbossed(const int& on);
+  /** EnableOutline3DBorder with the int's lowest byte. */
+  int EnableOutline3DBorder(const int& on);
+  /** SetShadowExtruded with the int's lowest byte. */
+  int ExtrudeShadow(const int& on);
+  /** SetColorFaceStart(alpha, red, green, blue). */
+  int FaceStartColor(const unsigned char& alpha, const unsigned char& c0, const unsigned char& c1,
+                     const unsigned char& c2);
+  /** SetColorFaceEnd(alpha, red, green, blue). */
+  int FaceEndColor(const unsigned char& alpha, const unsigned char& c0, const unsigned char& c1,
+                   const unsigned char& c2);
+  /** SetFaceFillType. */
+  int FaceFillType(const int& type);
+  /** SetGradientFace. */
+  int FaceGradient(const int& type, const double& p1, const double& p2);
+  /** SetFaceGradientColors; returns its truth value. */
+  int FaceGradientColors(const LettrixColorWord* colours, const unsigned int* stops,
+                         const unsigned char& count);
+  /** SetFaceGradientFitMode with the int's lowest byte. */
+  int FaceGradientFitMode(const int& mode);
+  /** SetTextureFace; returns its truth value. */
+  int FaceTexture(void* const pixels, const int& width, const int& height);
+  /** SetFaceTextureTiling. */
+  int FaceTextureTiling(const int& mode);
+  /** SetFaceUserGradientArea; returns its truth value. */
+  int FaceUserGradientArea(const LettrixLong& left, const LettrixLong& top, const LettrixLong& right,
+                           const LettrixLong& bottom);
+  /** SetColorOutlineStart(alpha, red, green, blue). */
+  int OutlineStartColor(const unsigned char& alpha, const unsigned char& c0, const unsigned char& c1,
+                        const unsigned char& c2);
+  /** SetColorOutlineEnd(alpha, red, green, blue). */
+  int OutlineEndColor(const unsigned char& alpha, const unsigned char& c0, const unsigned char& c1,
+                      const unsigned char& c2);
+  /** SetOutlineFillType. */
+  int OutlineFillType(const int& type);
+  /** SetGradientOutline. */
+  int OutlineGradient(const int& type, const double& p1, const double& p2);
+  /** SetOutlineGradientColors; returns its truth value. */
+  int OutlineGradientColors(const LettrixColorWord* colours, const unsigned int* stops,
+                            const unsigned char& count);
+  /** SetOutlineGradientFitMode with the int's lowest byte. */
+  int OutlineGradientFitMode(const int& mode);
+  /** SetTextureOutline; returns its truth value. */
+  int OutlineTexture(void* const pixels, const int& width, const int& height);
+  /** SetOutlineTextureTiling. */
+  int OutlineTextureTiling(const int& mode);
+  /** SetOutlineThickness. */
+  int OutlineThickness(const int& thickness);
+  /** SetOutlineUserGradientArea; returns its truth value. */
+  int OutlineUserGradientArea(const LettrixLong& left, const LettrixLong& top, const LettrixLong& right,
+                              const LettrixLong& bottom);
+  /** SetOutline3DBorder(elevation, passes, azimuth). */
+  int Outline3DBorder(const unsigned char& width, const unsigned char& depth, const double& angle);
+  /** SetShadowColor(alpha, red, green, blue). */
+  int ShadowColor(const unsigned char& alpha, const unsigned char& c0, const unsigned char& c1,
+                  const unsigned char& c2);
+  /** SetShadowOffset. */
+  int ShadowOffset(const int& x, const int& y);
+  /** SetDrawShadowOnly with the int's lowest byte. */
+  int ShadowOnly(const int& on);
+  /** SetShadowVisible with the int's lowest byte. */
+  int ShadowVisible(const int& on);
+  /** SetShadowZoom; returns 1 also when the factors were refused. */
+  int ShadowZoom(const double& x, const double& y);
+  /** SetTranslation. */
+  int TranslateGlyph(const int& dx, const int& dy);
+  /** ResetTranslation. */
+  int TranslationOff();
+
+  /* The fields, in this order; the slot must stay first. */
+  RenderHandle slot;      /* the process, or 0 */
+  void* canvasMemory;     /* global-memory handle of the Canvas, or null */
+  uint32_t* canvasPixels; /* the locked Canvas: canvasWidth * canvasHeight pixels, or null */
+  int canvasWidth;
+  int canvasHeight;
+};
 #endif
 
 #endif

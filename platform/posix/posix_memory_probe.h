@@ -15,6 +15,8 @@ Verdict ProbeByMappings(uintptr_t first, uintptr_t last, Access access);
 
 // Lets the kernel copy one byte of every page through a pipe (and, for writing, copy it back in place),
 // where a fault becomes EFAULT. Costs a few system calls per page. kUnknown when no pipe can be made.
+// Like kernel32's check, the write probe rewrites each byte it tests: a byte that another thread stores
+// between the two copies is lost.
 Verdict ProbeByCopying(uintptr_t first, uintptr_t last, Access access);
 
 }  // namespace lx::platform::posix

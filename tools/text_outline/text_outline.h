@@ -13,8 +13,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
+
+#include "global_memory_calls.h"  // the system's own, chosen by the build
 
 namespace lx::text {
 
@@ -63,8 +66,16 @@ InkBox MeasureOutlineBlock(const uint8_t* bytes, size_t size);
 class GlobalBlock {
  public:
   // Copies `bytes`; handle() is null when they are empty or the allocation failed.
-  explicit GlobalBlock(const std::vector<uint8_t>& bytes);
-  ~GlobalBlock();
+  explicit GlobalBlock(const std::vector<uint8_t>& bytes) {
+    if (bytes.empty()) return;
+    handle_ = detail::AllocateGlobal(bytes.size());
+    if (handle_ == nullptr) return;
+    std::memcpy(handle_, bytes.data(), bytes.size());
+    size_ = bytes.size();
+  }
+  ~GlobalBlock() {
+    if (handle_ != nullptr) detail::FreeGlobal(handle_);
+  }
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;
 

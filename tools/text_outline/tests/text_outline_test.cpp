@@ -298,5 +298,16 @@ TEST(BuildOutlineBlock, RefusesBadInputWithAMessage) {
   EXPECT_TRUE(b.bytes.empty());
 }
 
+TEST(GlobalBlock, CopiesTheBlockIntoFixedGlobalMemory) {
+  const OutlineBlock b = Build("Go", 24, 2, 30);
+  const GlobalBlock g(b.bytes);
+  ASSERT_NE(g.handle(), nullptr);
+  EXPECT_EQ(g.size(), b.bytes.size());
+  EXPECT_EQ(std::memcmp(g.handle(), b.bytes.data(), b.bytes.size()), 0);  // the handle is the address
+  const GlobalBlock none(std::vector<uint8_t>{});
+  EXPECT_EQ(none.handle(), nullptr);
+  EXPECT_EQ(none.size(), 0u);
+}
+
 }  // namespace
 }  // namespace lx::text

@@ -1,0 +1,161 @@
+#include "effects/shadow_extrusion.h"
+
+#include <algorithm>
+
+#include "effects/blur_filter.h"
+#include "image/pixel_ops.h"
+#include "platform/platform.h"
+#include "render/compositing.h"
+
+namespace lx {
+
+namespace {
+
+// Lines longer than this along their major axis are not walked point by point (see Walk).
+constexpr int64_t kLongestWalk = int64_t{1} << 22;
+
+struct StampContext {
+  PlacedView copy;   // the untouched copy, placed at (0, 0)
+  PlacedView layer;  // the layer, placed at the current stamp point
+};
+
+// One stamp per point of the line. A point more than the layer's size away cannot overlap it: it is
+// skipped before any rectangle is formed, so no coordinate can overflow.
+void LX_LINEDDA_CALLBACK StampAt(int x, int y, platform::LPARAM data) {
+  StampContext& c = *reinterpret_cast<StampContext*>(data);
+  const int32_t width = c.copy.view.width;
+  const int32_t height = c.copy.view.height;
+  if (x == 0 && y == 0) return;
+  if (x <= -width || x >= width || y <= -height || y >= height) return;
+  c.layer.rect = {x, y, x + width, y + height};
+  BlendOver(c.copy, c.layer);
+}
+
+int64_t Gcd(int64_t a, int64_t b) {
+  while (b != 0) {
+    const int64_t t = a % b;
+    a = b;
+    b = t;
+  }
+  return a;
+}
+
+// The walk from (-dx, -dy) to (0, 0). Only its last points can reach the layer: those less than the
+// layer's extent along the line's major axis from the end. A short line is walked with LineDDA as it
+// is. A long one repeats with the period (dx, dy) / gcd(dx, dy): started one whole period further on,
+// LineDDA reports exactly the remaining points of the full walk, so the whole periods that lie out of
+// reach are dropped first. Only a long line with a long period (its extents share no large divisor)
+// is left; its reachable points are computed directly by the rule LineDDA follows (Bresenham along the
+// major axis, error 2 * minor - major to start, a minor step only while the error is positive, equal
+// extents counting as steep), as the same points the full walk would report.
+void Walk(StampContext& context, int32_t dx, int32_t dy) {
+  const int64_t ax = dx < 0 ? -int64_t{dx} : dx;
+  const int64_t ay = dy < 0 ? -int64_t{dy} : dy;
+  const bool steep = ax <= ay;
+  const int64_t major = steep ? ay : ax;
+  const int64_t minor = steep ? ax : ay;
+  const int64_t extent = steep ? context.copy.view.height : context.copy.view.width;
+  const int64_t g = Gcd(ax, ay);
+  const int64_t period = major / g;
+  const int64_t skipped = major > extent ? (major - extent) / period : 0;
+  const int64_t kept = g - skipped;
+  if (kept * period <= kLongestWalk) {
+    const int startX = static_cast<int>(-(dx / g) * kept);
+    const int startY = static_cast<int>(-(dy / g) * kept);
+    platform::LineDDA(startX, startY, 0, 0, StampAt, reinterpret_cast<platform::LPARAM>(&context));
+    return;
+  }
+
+  const int64_t majorSign = (steep ? dy : dx) < 0 ? 1 : -1;  // the start is at minus the offset
+  const int64_t minorSign = (steep ? dx : dy) < 0 ? 1 : -1;
+  const uint64_t twiceMinor = 2 * static_cast<uint64_t>(minor);
+  const uint64_t twiceMajor = 2 * static_cast<uint64_t>(major);
+  for (int64_t i = std::max<int64_t>(0, major - extent + 1); i < major; ++i) {
+    // Minor steps taken before point i: ceil((2 * minor * i - major) / (2 * major)), at least 0.
+    const uint64_t reach = twiceMinor * static_cast<uint64_t>(i);
+    const uint64_t u = static_cast<uint64_t>(major);
+    const int64_t steps = reach > u ? static_cast<int64_t>((reach - u + twiceMajor - 1) / twiceMajor) : 0;
+    const int64_t along = majorSign * (major - i);
+    const int64_t across = minorSign * (minor - steps);
+    const int64_t x = steep ? across : along;
+    const int64_t y = steep ? along : across;
+    if (x <= -context.copy.view.width || x >= context.copy.view.width) continue;
+    if (y <= -context.copy.view.height || y >= context.copy.view.height) continue;
+    StampAt(static_cast<int>(x), static_cast<int>(y), reinterpret_cast<platform::LPARAM>(&context));
+  }
+}
+
+uint8_t HighestAlpha(const PixelView& image) {
+  uint32_t highest = 0;
+  for (int32_t y = 0; y < image.height; ++y) {
+    const uint32_t* row = image.row(y);
+    for (int32_t x = 0; x < image.width; ++x) highest = std::max(highest, row[x] >> 24);
+  }
+  return static_cast<uint8_t>(highest);
+}
+
+}  // namespace
+
+void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
+  if (image.empty() || (dx == 0 && dy == 0)) return;
+  const uint64_t count = static_cast<uint64_t>(image.width) * static_cast<uint64_t>(image.height);
+  if (count > SIZE_MAX / 4) return;
+  platform::HGLOBAL handle =
+      platform::GlobalAlloc(platform::kGmemMoveableZeroInit, static_cast<size_t>(count * 4));
+  if (platform::IsNoBlock(handle)) return;
+  auto* copy = static_cast<uint32_t*>(platform::GlobalLock(handle));
+  if (copy == nullptr) {
+    platform::GlobalFree(handle);
+    return;
+  }
+
+  const size_t width = static_cast<size_t>(image.width);
+  if (static_cast<size_t>(image.stride) == width * 4) {
+    CopyPixels(copy, image.row(0), static_cast<size_t>(count), useMMX);
+  } else {
+    for (int32_t y = 0; y < image.height; ++y) CopyPixels(copy + y * width, image.row(y), width, useMMX);
+  }
+  StampContext context;
+  context.copy.view = {reinterpret_cast<uint8_t*>(copy), image.width, image.height, image.width * 4};
+  context.copy.rect = {0, 0, image.width, image.height};
+  context.layer.view = image;
+  Walk(context, dx, dy);
+
+  platform::GlobalUnlock(handle);
+  platform::GlobalFree(handle);
+}
+
+void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX,
+                   uint8_t extrudedShadowColour) {
+  if (image.empty() || (dx == 0 && dy == 0)) return;
+  if (extrudedShadowColour != 1) {
+    Extrude(image, dx, dy, useMMX);
+    return;
+  }
+  const uint32_t body = uint32_t{HighestAlpha(image)} << 24;
+  Extrude(image, dx, dy, useMMX);
+  for (int32_t y = 0; y < image.height; ++y) {
+    uint32_t* row = image.row(y);
+    for (int32_t x = 0; x < image.width; ++x) {
+      if ((row[x] & 0xFF000000u) > body) row[x] = (row[x] & 0x00FFFFFFu) | body;
+    }
+  }
+}
+
+void SoftenExtrusion(const PixelView& image, BlurFilter* blur) {
+  if (image.empty() || blur == nullptr) return;
+  const int32_t body = HighestAlpha(image);
+  const bool alphaOnly[4] = {false, false, false, true};
+  blur->blurChannels(image, 1, 1, alphaOnly, 3);
+  // The blur leaves a ramp some six pixels wide across the outline; twice as steep about half the body's
+  // alpha, it keeps the smoothed course of the outline at about two pixels' width, where it was.
+  for (int32_t y = 0; y < image.height; ++y) {
+    uint32_t* row = image.row(y);
+    for (int32_t x = 0; x < image.width; ++x) {
+      const int32_t alpha = std::clamp(2 * static_cast<int32_t>(row[x] >> 24) - body / 2, 0, body);
+      row[x] = (row[x] & 0x00FFFFFFu) | static_cast<uint32_t>(alpha) << 24;
+    }
+  }
+}
+
+}  // namespace lx

@@ -1,0 +1,40 @@
+// The extruded Shadow: the shadow shape stamped along the line from its offset back to the glyphs, so
+// that it becomes one solid block joining the two, and the softening that follows.
+#pragma once
+
+#include <cstdint>
+
+#include "image/pixel_view.h"
+
+namespace lx {
+
+class BlurFilter;
+
+// Stamps a copy of the layer over itself at every point that GDI's LineDDA reports on the line from
+// (-dx, -dy) to (0, 0), the end point excluded: the copy's pixel (i, j) is laid with BlendOver onto the
+// layer's pixel (i - x, j - y), so the first stamp sits at the full offset (dx, dy) and the last one step
+// from the layer's own place, each over the ones before. Every stamp draws the one copy taken before
+// the first, never an already stamped result. Stamps that cannot reach the layer are skipped without
+// drawing or reading anything, so the time follows the stamps that can, not the length of the offset.
+// The copy comes from movable global memory and is freed before returning; when it cannot be had, the
+// layer is left as it is. Nothing happens for an empty view or (0, 0). useMMX only picks how the copy
+// is made.
+void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX);
+
+// The extrusion as the Shadow pass applies it. With extrudedShadowColour 1 (the default setting) the
+// block is one even body: no pixel ends more opaque than the most opaque pixel of the shape before
+// stamping, so a translucent Shadow keeps its alpha all along the block. With any other value the
+// overlapping stamps build up, and a translucent block grows denser towards the glyphs.
+void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour);
+
+// Smooths the outline of an extruded block, whose sides the stamps leave stepped (the pipeline calls it
+// after an extrusion with a non-zero offset when the Shadow has no blur level of its own). Alpha only:
+// `blur`'s channel blur with radius 1 in both directions, three times over, rounds the steps off; its
+// colour bleed gives the pixels it makes visible the colour of the block beside them. Then the edge
+// step: with A the highest alpha of the layer before the blur, each alpha a becomes 2a - A/2 held to
+// [0, A], so the body is solid again up to its outline and the outline is a smooth ramp of about two
+// pixels that stays where the unsmoothed one was. Colour bytes of visible pixels are kept. Does nothing
+// for an empty view or a null blur.
+void SoftenExtrusion(const PixelView& image, BlurFilter* blur);
+
+}  // namespace lx

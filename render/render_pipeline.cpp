@@ -1,0 +1,315 @@
+// Render's drawing: decode the outline, size the work images, then the Shadow pass and the main pass.
+// Every work image and temporary process lives in a scope of its pass, so each is released on every way
+// out of it.
+#include "render/render_pipeline.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+#include "effects/bevel_filter.h"
+#include "effects/blur_filter.h"
+#include "effects/face_emboss.h"
+#include "effects/layer_drawing.h"
+#include "effects/shadow_extrusion.h"
+#include "image/pixel_buffer.h"
+#include "image/pixel_ops.h"
+#include "render/compositing.h"
+#include "render/outline_decoder.h"
+#include "settings/render_process.h"
+
+namespace lx {
+namespace {
+
+// Bleed distance of the Face emboss and blur radius of the 3D border between its shading passes.
+constexpr int32_t kEmbossBleed = 2;
+constexpr unsigned kBorderBlurRadius = 2;
+
+bool IsEmpty(const IntRect& r) {
+  return r.right <= r.left || r.bottom <= r.top;
+}
+
+// A double truncated toward zero to a whole number, held far inside the 64-bit range (a position that
+// large lies off any buffer anyway).
+int64_t TruncatePosition(double v) {
+  if (!(v == v)) return 0;
+  return static_cast<int64_t>(std::max(-1.0e15, std::min(1.0e15, v)));
+}
+
+// What one call reads from the caller's process before it draws.
+struct CallSettings {
+  WorkGeometry geometry;
+  bool border = false;  // the Outline's 3D border, after the checks of this call
+  int64_t translateX = 0, translateY = 0;
+  bool mmx = false;
+};
+
+// A work image of width x height placed with its top-left corner at (left, top) on the output, or
+// nothing when it would not touch the output (then it is not even made) or cannot be had.
+bool MakeWorkImage(PixelBuffer* image, int64_t width, int64_t height, int64_t left, int64_t top,
+                   const PixelBuffer& output) {
+  if (width < 1 || height < 1 || width > INT32_MAX || height > INT32_MAX) return false;
+  if (left + width > INT32_MAX || top + height > INT32_MAX) return false;  // its rectangle must fit
+  if (left >= output.width() || top >= output.height() || left + width <= 0 || top + height <= 0)
+    return false;
+  if (!image->allocate(static_cast<int32_t>(width), static_cast<int32_t>(height))) return false;
+  image->placeAt(static_cast<int32_t>(left), static_cast<int32_t>(top));
+  return true;
+}
+
+// A temporary process drawing into `surface`, with the caller's path and stroke. Null when memory ran out.
+std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller, const PixelBuffer& surface) {
+  std::unique_ptr<RenderProcess> temp(new (std::nothrow) RenderProcess());
+  if (!temp) return nullptr;
+  try {
+    temp->path = caller.path;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+  temp->strokeWidth = caller.strokeWidth;
+  temp->halfStrokeWidth = caller.halfStrokeWidth;
+  temp->surface = surface.view();
+  return temp;
+}
+
+// The caller's buffer as seen from a work image: where fit mode 1 spreads a gradient and where user
+// gradient areas are measured from. Texture areas are left empty: the shape's own box.
+LayerAreas AreasFor(const PixelBuffer& work, const PixelBuffer& output) {
+  auto fit = [](int64_t v) {
+    return static_cast<int32_t>(std::max<int64_t>(INT32_MIN, std::min<int64_t>(INT32_MAX, v)));
+  };
+  const int64_t left = work.rect().left, top = work.rect().top;
+  LayerAreas areas;
+  areas.callerBuffer = {fit(-left), fit(-top), fit(output.width() - left), fit(output.height() - top)};
+  return areas;
+}
+
+// An extrusion lays the whole Shadow image over itself once per step of the offset, so its cost is the
+// reachable steps times the image's pixels. A hostile offset makes both huge. Past the budget the image
+// is cut down to the part that can still reach the buffer (with room for the blur), keeping the shape,
+// which every step copies; if even that costs more than the limit, the Shadow counts as too large to
+// draw. Offsets of everyday size never come near the budget, and the cut changes no pixel of the buffer
+// (except, for a translucent block that builds up, how dense its smoothed edge is).
+constexpr double kExtrusionBudget = 4294967296.0;  // 2^32 pixel blends
+constexpr double kExtrusionLimit = 17179869184.0;  // 2^34
+
+struct Box {
+  int64_t left, top, right, bottom;
+  int64_t width() const { return right - left; }
+  int64_t height() const { return bottom - top; }
+  bool empty() const { return right <= left || bottom <= top; }
+};
+
+// An extruded Shadow in the output's coordinates: its image, the shape inside it, and its extrusion.
+struct ExtrudedShadow {
+  Box image;
+  Box shape;
+  int64_t dx, dy;
+
+  // Each step moves the stamp one pixel along the offset's longer axis: only the steps that bring the
+  // shape over the image cost anything.
+  double cost() const {
+    const bool alongX = std::llabs(dx) >= std::llabs(dy);
+    const int64_t steps = std::max(std::llabs(dx), std::llabs(dy));
+    const int64_t span = alongX ? image.width() + shape.width() : image.height() + shape.height();
+    return static_cast<double>(std::min(steps, span)) * static_cast<double>(image.width()) *
+           static_cast<double>(image.height());
+  }
+};
+
+// Cuts a costly extruded Shadow down to what can reach the output; false when it stays too costly.
+bool CutExtrudedShadow(ExtrudedShadow* e, const PixelBuffer& output, uint8_t blurLevel) {
+  if (e->cost() <= kExtrusionBudget) return true;
+  // The blur (or the softening) reads up to three radii around a pixel: its colour bleed reaches two.
+  const int64_t margin = 3 * int64_t{std::min<uint8_t>(blurLevel, 254)} + 16;
+  Box keep{std::max(e->image.left, -margin), std::max(e->image.top, -margin),
+           std::min(e->image.right, int64_t{output.width()} + margin),
+           std::min(e->image.bottom, int64_t{output.height()} + margin)};
+  if (keep.empty()) keep = e->shape;
+  e->image = {std::min(keep.left, e->shape.left), std::min(keep.top, e->shape.top),
+              std::max(keep.right, e->shape.right), std::max(keep.bottom, e->shape.bottom)};
+  return e->cost() <= kExtrusionLimit;
+}
+
+void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
+  if (level > 0 && process.blur) process.blur->blur(image.view(), level, level);
+}
+
+// The Shadow: the shape (the Face with the Outline's stroke) in the Shadow colour and alpha, zoomed about
+// its centre, extruded or blurred, laid at the Shadow offset under everything else.
+void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
+  const WorkGeometry& g = s.geometry;
+  const int32_t ox = caller.shadowOffsetX, oy = caller.shadowOffsetY;
+  const double zx = caller.shadowZoomX, zy = caller.shadowZoomY;
+  const bool extruded = caller.shadowExtruded == 1;
+
+  int64_t zoomedWidth = g.workWidth, zoomedHeight = g.workHeight;
+  if (zx != 1.0) zoomedWidth = TruncatePosition(static_cast<double>(g.workWidth) * zx);
+  if (zy != 1.0) zoomedHeight = TruncatePosition(static_cast<double>(g.workHeight) * zy);
+  const bool zoomed = zoomedWidth != g.workWidth || zoomedHeight != g.workHeight;
+
+  // An extruded Shadow reaches from the glyphs' own place to the offset: the shape is drawn at the glyphs'
+  // place, and the image grows to take in the copy at the offset.
+  int64_t width = zoomedWidth, height = zoomedHeight;
+  int64_t left = s.translateX - g.glyphOffsetX + ox + ((g.workWidth - zoomedWidth) >> 1);
+  int64_t top = s.translateY - g.glyphOffsetY + oy + ((g.workHeight - zoomedHeight) >> 1);
+  int64_t shiftX = 0, shiftY = 0;
+  if (extruded) {
+    const int64_t dx = ox, dy = oy;
+    ExtrudedShadow e;
+    e.shape = {left - dx, top - dy, left - dx + width, top - dy + height};
+    e.image = {std::min(e.shape.left, left), std::min(e.shape.top, top),
+               std::max(e.shape.right, left + width), std::max(e.shape.bottom, top + height)};
+    e.dx = dx;
+    e.dy = dy;
+    if (!CutExtrudedShadow(&e, output, caller.shadowBlurLevel)) return;
+    left = e.image.left;
+    top = e.image.top;
+    width = e.image.width();
+    height = e.image.height();
+    shiftX = e.shape.left - e.image.left;
+    shiftY = e.shape.top - e.image.top;
+  }
+
+  PixelBuffer work;
+  if (!MakeWorkImage(&work, width, height, left, top, output)) return;
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, work);
+  if (!temp) return;
+
+  // The shape in the Shadow colour: both layers solid, untextured, unembossed.
+  const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
+  temp->face.setStartColour(caller.shadowColour, alpha);
+  temp->face.setEndColour(caller.shadowColour, alpha);
+  temp->outline.setStartColour(caller.shadowColour, alpha);
+  temp->outline.setEndColour(caller.shadowColour, alpha);
+
+  Affine& m = temp->glyphMatrix;
+  const double scaleX = zoomed ? zx : 1.0, scaleY = zoomed ? zy : 1.0;
+  m.sx = scaleX;
+  m.sy = scaleY;
+  m.tx = static_cast<double>(g.glyphOffsetX) * scaleX + static_cast<double>(shiftX);
+  m.ty = static_cast<double>(g.glyphOffsetY) * scaleY + static_cast<double>(shiftY);
+
+  if (g.outline) {
+    // Face and stroke overlap by half the stroke: the Face is laid on the stroke with its alpha held at
+    // the Shadow's, so the overlap is no denser than the rest.
+    PixelBuffer faceImage;
+    if (!faceImage.allocate(work.width(), work.height())) return;
+    faceImage.placeAt(work.rect().left, work.rect().top);
+    temp->surface = faceImage.view();
+    DrawLayer(*temp, kDrawFace, LayerAreas{});
+    temp->surface = work.view();
+    DrawLayer(*temp, kDrawOutline, LayerAreas{});
+    const uint32_t bound = uint32_t{alpha} << 24;
+    BlendOverClamped(faceImage.placed(), work.placed(), bound, bound);
+  } else {
+    DrawLayer(*temp, kDrawFace, LayerAreas{});
+  }
+
+  const bool stamped = extruded && (ox != 0 || oy != 0);
+  if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+  if (caller.shadowBlurLevel > 0) {
+    Blur(*temp, work, caller.shadowBlurLevel);
+  } else if (stamped) {
+    SoftenExtrusion(work.view(), temp->blur.get());
+  }
+  BlendOver(work.placed(), output.placed());
+}
+
+// Face, then Outline, then the Face laid back over the Outline, and the result onto the output.
+void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
+  const WorkGeometry& g = s.geometry;
+  PixelBuffer work;
+  if (!MakeWorkImage(&work, g.workWidth, g.workHeight, s.translateX - g.glyphOffsetX,
+                     s.translateY - g.glyphOffsetY, output)) {
+    return;
+  }
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, work);
+  if (!temp || !temp->copySettingsFrom(caller)) return;
+  if (caller.face.textureInUse()) temp->face.takeTextureFrom(caller.face.texture.get());
+  if (caller.outline.textureInUse()) temp->outline.takeTextureFrom(caller.outline.texture.get());
+  temp->glyphMatrix = Affine{};
+  temp->glyphMatrix.translate(static_cast<double>(g.glyphOffsetX), static_cast<double>(g.glyphOffsetY));
+
+  const LayerAreas areas = AreasFor(work, output);
+
+  DrawLayer(*temp, kDrawFace, areas);
+  if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
+  Blur(*temp, work, caller.face.blurLevel);
+  if (!g.outline) {
+    BlendOver(work.placed(), output.placed());
+    return;
+  }
+
+  // The Face is set aside while the Outline is drawn where it was.
+  PixelBuffer face;
+  if (!face.allocate(work.width(), work.height())) return;
+  face.placeAt(work.rect().left, work.rect().top);
+  const size_t count = static_cast<size_t>(work.width()) * static_cast<size_t>(work.height());
+  CopyPixels(reinterpret_cast<uint32_t*>(face.pixels()), reinterpret_cast<const uint32_t*>(work.pixels()),
+             count, s.mmx);
+  ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count, s.mmx);
+
+  DrawLayer(*temp, kDrawOutline, areas);
+  if (s.border && temp->bevel) {
+    temp->bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
+                             kBorderBlurRadius, temp->blur.get());
+  }
+  Blur(*temp, work, caller.outline.blurLevel);
+
+  // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
+  // Outline leaves no seam. An Outline that paints nothing is simply replaced.
+  uint32_t faceColour = temp->face.startColour, outlineColour = temp->outline.startColour;
+  const bool faceUniform = UniformLayerColour(temp->face, &faceColour, 0) == 1;
+  const bool outlineUniform = UniformLayerColour(temp->outline, &outlineColour, 0) == 1;
+  const bool blurred = caller.face.blurLevel > 0 || caller.outline.blurLevel > 0;
+  if (LayerAlphaEquals(temp->outline, 0) == 1) {
+    CopyPixels(reinterpret_cast<uint32_t*>(work.pixels()), reinterpret_cast<const uint32_t*>(face.pixels()),
+               count, s.mmx);
+  } else if (faceUniform && outlineUniform && !blurred) {
+    BlendOverClamped(face.placed(), work.placed(), faceColour, outlineColour);
+  } else {
+    BlendOver(face.placed(), work.placed());
+  }
+  BlendOver(work.placed(), output.placed());
+}
+
+}  // namespace
+
+bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, void* buffer, int32_t width,
+                        int32_t height) {
+  process.path.clear();
+  const double thickness = process.strokeWidth;
+  const IntRect glyphRect = DecodeOutlineBlock(block, size, false, &process.path);
+  if (IsEmpty(glyphRect) || process.path.empty()) return false;
+
+  CallSettings s;
+  s.geometry = MeasureWork(glyphRect, thickness, process.face.blurLevel, process.outline.blurLevel,
+                           process.shadowBlurLevel);
+  if (process.outline3DBorder == 1) {
+    const uint8_t elevation = process.border3DWidth, passes = process.border3DDepth;
+    s.border =
+        s.geometry.halfThickness > 0 && elevation >= 3 && elevation <= 60 && passes >= 1 && passes <= 60;
+  }
+  double tx = 0.0, ty = 0.0;
+  process.glyphMatrix.transform(&tx, &ty);
+  s.translateX = TruncatePosition(tx);
+  s.translateY = TruncatePosition(ty);
+  s.mmx = process.hasMMX != 0;
+
+  PixelBuffer output;
+  output.wrap(buffer, width, height);
+
+  if (process.shadowVisible == 1 && process.shadowAlpha != 0) {
+    const bool couldShow = process.shadowBlurLevel != 0 || process.shadowOffsetX != 0 ||
+                           process.shadowOffsetY != 0 || process.shadowZoomX != 1.0 ||
+                           process.shadowZoomY != 1.0;
+    if (couldShow || process.shadowOnly == 1) ShadowPass(process, s, output);
+  }
+  if (process.shadowOnly != 1) MainPass(process, s, output);
+  return true;
+}
+
+}  // namespace lx

@@ -1,0 +1,48 @@
+// A small owned image for the effect tests: pixels as 32-bit values (byte 0 lowest), rows packed.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "image/pixel_view.h"
+
+namespace lx::effects_test {
+
+inline uint32_t Pixel(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t alpha) {
+  return uint32_t{b0} | uint32_t{b1} << 8 | uint32_t{b2} << 16 | uint32_t{alpha} << 24;
+}
+inline uint8_t Byte(uint32_t pixel, int i) {
+  return static_cast<uint8_t>(pixel >> (8 * i));
+}
+
+struct TestImage {
+  TestImage(int32_t w, int32_t h, uint32_t fill = 0)
+      : width(w), height(h), pixels(static_cast<size_t>(w) * static_cast<size_t>(h), fill) {}
+
+  PixelView view() { return {reinterpret_cast<uint8_t*>(pixels.data()), width, height, width * 4}; }
+  uint32_t& at(int32_t x, int32_t y) { return pixels[static_cast<size_t>(y) * width + x]; }
+  uint32_t at(int32_t x, int32_t y) const { return pixels[static_cast<size_t>(y) * width + x]; }
+  void fillRect(int32_t x0, int32_t y0, int32_t x1, int32_t y1, uint32_t value) {
+    for (int32_t y = y0; y < y1; ++y)
+      for (int32_t x = x0; x < x1; ++x) at(x, y) = value;
+  }
+
+  int32_t width;
+  int32_t height;
+  std::vector<uint32_t> pixels;
+};
+
+// Random pixels; about `transparentShare` of them get alpha 0 (keeping their colour bytes).
+inline TestImage RandomImage(int32_t w, int32_t h, unsigned seed, double transparentShare) {
+  TestImage image(w, h);
+  std::mt19937 rng(seed);
+  std::uniform_real_distribution<double> share(0.0, 1.0);
+  for (uint32_t& p : image.pixels) {
+    p = rng();
+    if (share(rng) < transparentShare) p &= 0x00FFFFFFu;
+  }
+  return image;
+}
+
+}  // namespace lx::effects_test

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "render/render_pipeline.h"
+
+namespace lx {
+namespace {
+
+TEST(WorkBlurReach, WithoutOutlineTheLargerOfFaceAndShadow) {
+  EXPECT_EQ(WorkBlurReach(false, 0, 0, 0, 0), 0);
+  EXPECT_EQ(WorkBlurReach(false, 10, 30, 4, 0), 10);  // the Outline's reach does not count
+  EXPECT_EQ(WorkBlurReach(false, 2, 30, 8, 0), 8);
+}
+
+TEST(WorkBlurReach, UnblurredFaceLeavesTheOutlineAndShadowReaches) {
+  EXPECT_EQ(WorkBlurReach(true, 0, 6, 4, 2), 6);
+  EXPECT_EQ(WorkBlurReach(true, 0, 2, 12, 8), 12);
+}
+
+TEST(WorkBlurReach, BlurredFaceOverUnblurredOutlineCountsOnlyPastTheStroke) {
+  EXPECT_EQ(WorkBlurReach(true, 10, 0, 40, 4), 6);  // the Shadow is not considered
+  EXPECT_EQ(WorkBlurReach(true, 4, 0, 40, 4), 40);  // F <= T: the Shadow's reach
+  EXPECT_EQ(WorkBlurReach(true, 4, 0, 0, 6), 0);
+}
+
+TEST(WorkBlurReach, BlurredFaceOverBlurredOutline) {
+  EXPECT_EQ(WorkBlurReach(true, 20, 6, 4, 8), 12);  // 6 + 8 < 20
+  EXPECT_EQ(WorkBlurReach(true, 14, 6, 4, 8), 6);   // 6 + 8 = 14: not less
+  EXPECT_EQ(WorkBlurReach(true, 10, 2, 30, 4), 30);
+}
+
+TEST(MeasureWork, BlurredFaceThickOutlineAndStrongShadow) {
+  // Face level 5, stroke 4 wide, Outline level 0, Shadow level 20.
+  const WorkGeometry g = MeasureWork({10, 20, 110, 70}, 4.0, 5, 0, 20);
+  EXPECT_TRUE(g.outline);
+  EXPECT_EQ(g.wholeThickness, 4);
+  EXPECT_EQ(g.halfThickness, 2);
+  EXPECT_EQ(g.reach, 6);
+  EXPECT_EQ(g.margin, 14);
+  EXPECT_EQ(g.workWidth, 114);
+  EXPECT_EQ(g.workHeight, 64);
+  EXPECT_EQ(g.glyphOffsetX, 2 - 10 + 5);
+  EXPECT_EQ(g.glyphOffsetY, 2 - 20 + 5);
+}
+
+TEST(MeasureWork, BlurredOutlineAndShadow) {
+  const WorkGeometry g = MeasureWork({0, 0, 50, 40}, 2.0, 0, 3, 2);
+  EXPECT_EQ(g.reach, 6);
+  EXPECT_EQ(g.margin, 2 + 6 + 4);
+  EXPECT_EQ(g.glyphOffsetX, 1 + 5);
+}
+
+TEST(MeasureWork, FractionalStrokeWidth) {
+  const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 3.2, 0, 0, 0);
+  EXPECT_EQ(g.wholeThickness, 3);
+  EXPECT_EQ(g.halfThickness, 2);
+  EXPECT_EQ(g.margin, 7);
+  EXPECT_EQ(g.glyphOffsetX, 2 + 2);
+}
+
+TEST(MeasureWork, NoOutlineForZeroNegativeOrNaNWidth) {
+  for (double w : {0.0, -3.0, std::numeric_limits<double>::quiet_NaN()}) {
+    const WorkGeometry g = MeasureWork({-5, -7, 5, 3}, w, 0, 0, 0);
+    EXPECT_FALSE(g.outline);
+    EXPECT_EQ(g.wholeThickness, 0);
+    EXPECT_EQ(g.halfThickness, 0);
+    EXPECT_EQ(g.margin, 4);
+    EXPECT_EQ(g.workWidth, 14);
+    EXPECT_EQ(g.workHeight, 14);
+    EXPECT_EQ(g.glyphOffsetX, 5 + 2);
+    EXPECT_EQ(g.glyphOffsetY, 7 + 2);
+  }
+}
+
+TEST(MeasureWork, BorderIsHalfTheReachAndPaddingRoundedDown) {
+  // A stroke 1 wide: half of ceil(1) truncates to 0. Reach 2: border (2 + 4) >> 1 = 3.
+  const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 1.0, 0, 0, 1);
+  EXPECT_EQ(g.reach, 2);
+  EXPECT_EQ(g.halfThickness, 0);
+  EXPECT_EQ(g.glyphOffsetX, 3);
+  EXPECT_EQ(g.margin, 1 + 2 + 4);
+  EXPECT_EQ(MeasureWork({0, 0, 10, 10}, 1.0, 0, 0, 2).glyphOffsetX, 4);  // reach 4: border 4
+}
+
+TEST(MeasureWork, HugeRectanglesDoNotOverflow) {
+  const WorkGeometry g = MeasureWork({INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, 2000.0, 255, 255, 255);
+  EXPECT_EQ(g.workWidth, int64_t{UINT32_MAX} + g.margin);
+  EXPECT_EQ(g.glyphOffsetX, int64_t{g.halfThickness} + (int64_t{1} << 31) + ((g.reach + 4) >> 1));
+}
+
+}  // namespace
+}  // namespace lx

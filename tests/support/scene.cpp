@@ -1,0 +1,153 @@
+#include "tests/support/scene.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <set>
+#include <utility>
+
+namespace lx::test {
+
+TextScene::TextScene(const std::string& text, int32_t pixelSize, double originX, double baselineY) {
+  text::TextLine line;
+  line.text = text;
+  line.pixelSize = pixelSize;
+  line.originX = originX;
+  line.baselineY = baselineY;
+  text::OutlineBlock out;
+  std::string error;
+  if (!text::BuildOutlineBlock(line, &out, &error)) {
+    ADD_FAILURE() << "cannot lay out \"" << text << "\": " << error;
+    return;
+  }
+  bytes_ = std::move(out.bytes);
+  ink_ = out.ink;
+  global_ = std::make_unique<text::GlobalBlock>(bytes_);
+  if (!bytes_.empty() && global_->handle() == nullptr) ADD_FAILURE() << "no global memory for the block";
+}
+
+TextScene::TextScene(const std::vector<uint8_t>& bytes) : bytes_(bytes) {
+  ink_ = text::MeasureOutlineBlock(bytes_.data(), bytes_.size());
+  global_ = std::make_unique<text::GlobalBlock>(bytes_);
+}
+
+Image::Image(int32_t width, int32_t height, uint32_t fill)
+    : width_(width), height_(height), pixels_(static_cast<size_t>(width) * height, fill) {}
+
+size_t Image::countOther(uint32_t fill) const {
+  return static_cast<size_t>(
+      std::count_if(pixels_.begin(), pixels_.end(), [&](uint32_t p) { return p != fill; }));
+}
+
+text::InkBox Image::alphaBounds(uint8_t minAlpha) const {
+  text::InkBox box{width_, height_, 0, 0};
+  for (int32_t y = 0; y < height_; ++y) {
+    for (int32_t x = 0; x < width_; ++x) {
+      if (Alpha(at(x, y)) < minAlpha) continue;
+      box.left = std::min(box.left, x);
+      box.top = std::min(box.top, y);
+      box.right = std::max(box.right, x + 1);
+      box.bottom = std::max(box.bottom, y + 1);
+    }
+  }
+  return box.empty() ? text::InkBox{} : box;
+}
+
+void Image::alphaCentre(uint8_t minAlpha, double* cx, double* cy) const {
+  double sx = 0, sy = 0, n = 0;
+  for (int32_t y = 0; y < height_; ++y) {
+    for (int32_t x = 0; x < width_; ++x) {
+      if (Alpha(at(x, y)) < minAlpha) continue;
+      sx += x, sy += y, n += 1;
+    }
+  }
+  *cx = n > 0 ? sx / n : 0;
+  *cy = n > 0 ? sy / n : 0;
+}
+
+bool Image::save(const std::string& path) const {
+  FILE* f = std::fopen(path.c_str(), "wb");
+  if (f == nullptr) return false;
+  const uint8_t header[18] = {0,
+                              0,
+                              2,
+                              0,
+                              0,
+                              0,
+                              0,
+                              0,
+                              0,
+                              0,
+                              0,
+                              0,
+                              static_cast<uint8_t>(width_),
+                              static_cast<uint8_t>(width_ >> 8),
+                              static_cast<uint8_t>(height_),
+                              static_cast<uint8_t>(height_ >> 8),
+                              32,
+                              0x28};
+  bool ok = std::fwrite(header, 1, sizeof(header), f) == sizeof(header);
+  ok = ok && std::fwrite(pixels_.data(), 4, pixels_.size(), f) == pixels_.size();
+  return std::fclose(f) == 0 && ok;
+}
+
+namespace {
+
+// Whether every pixel of the square of half-size r around (x, y) satisfies `test` (pixels outside the
+// image count as transparent).
+template <typename Test>
+bool SquareHolds(const Image& m, int32_t x, int32_t y, int32_t r, Test test) {
+  for (int32_t j = y - r; j <= y + r; ++j) {
+    for (int32_t i = x - r; i <= x + r; ++i) {
+      const uint32_t p = (i < 0 || j < 0 || i >= m.w() || j >= m.h()) ? 0 : m.at(i, j);
+      if (!test(p)) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+std::vector<Point> DeepInside(const Image& mask, int32_t inset) {
+  std::vector<Point> out;
+  for (int32_t y = 0; y < mask.h(); ++y) {
+    for (int32_t x = 0; x < mask.w(); ++x) {
+      if (SquareHolds(mask, x, y, inset, [](uint32_t p) { return Alpha(p) == 255; })) out.push_back({x, y});
+    }
+  }
+  return out;
+}
+
+std::vector<Point> FarOutside(const Image& mask, int32_t inset) {
+  std::vector<Point> out;
+  for (int32_t y = 0; y < mask.h(); ++y) {
+    for (int32_t x = 0; x < mask.w(); ++x) {
+      if (SquareHolds(mask, x, y, inset, [](uint32_t p) { return Alpha(p) == 0; })) out.push_back({x, y});
+    }
+  }
+  return out;
+}
+
+namespace {
+
+std::vector<Point> Select(const std::vector<Point>& a, const std::vector<Point>& b, bool inB) {
+  std::set<std::pair<int32_t, int32_t>> in;
+  for (const Point& p : b) in.insert({p.x, p.y});
+  std::vector<Point> out;
+  for (const Point& p : a) {
+    if ((in.count({p.x, p.y}) != 0) == inB) out.push_back(p);
+  }
+  return out;
+}
+
+}  // namespace
+
+std::vector<Point> Without(const std::vector<Point>& a, const std::vector<Point>& b) {
+  return Select(a, b, false);
+}
+std::vector<Point> Both(const std::vector<Point>& a, const std::vector<Point>& b) {
+  return Select(a, b, true);
+}
+
+}  // namespace lx::test
