@@ -77,8 +77,9 @@ TEST_F(ToolErrors, DamagedInputFiles) {
   ExpectFailure({"-o", Out(), "--font", dir_.path("fake.ttf"), "Hi"}, kFailed, dir_.path("fake.ttf"));
 }
 
-TEST_F(ToolErrors, NothingToDraw) {
+TEST_F(ToolErrors, NothingToDrawAndBrokenText) {
   ExpectFailure({"-o", Out(), "   "}, kFailed, "nothing to draw");
+  ExpectFailure({"-o", Out(), "ab\xff\xfe"}, kFailed, "not valid UTF-8");
 }
 
 TEST_F(ToolErrors, AFailedRunLeavesAnOldOutputAlone) {

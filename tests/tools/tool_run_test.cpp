@@ -326,6 +326,14 @@ TEST_F(ToolRun, FontsByFileAndFamilyAndTgaOutput) {
   EXPECT_EQ(testing::LoadImage(dir_.path("same.tga")).pixels, byFile.pixels);
 }
 
+TEST_F(ToolRun, TextIsUtf8) {
+  // Letters beyond ASCII are drawn, not dropped: each adds width like its plain twin.
+  const Image plain = Render({"--padding", "0", "AOU"});
+  const Image accented = Render({"--padding", "0", "\xC3\x84\xC3\x96\xC3\x9C"});  // ÄÖÜ
+  EXPECT_NEAR(accented.width, plain.width, 3);
+  EXPECT_GT(accented.height, plain.height);  // the dots reach above the capitals
+}
+
 TEST_F(ToolRun, DumpedOutlineBlockRendersTheSameImage) {
   const std::vector<std::string> look = {"--preset", "gold"};
   std::vector<std::string> fromText = look;
