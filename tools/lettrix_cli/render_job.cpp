@@ -216,12 +216,14 @@ Box ReachEstimate(const Job& job, const Box& glyphs, int64_t slack) {
     Box shadow = glyphs.inflated(stroke + 2 * int64_t{job.shadowBlur} + slack);
     const double growX = (job.shadowZoomX - 1.0) * static_cast<double>(shadow.width()) / 2.0;
     const double growY = (job.shadowZoomY - 1.0) * static_cast<double>(shadow.height()) / 2.0;
-    if (growX > 0)
-      shadow = {shadow.left - static_cast<int64_t>(growX) - 2, shadow.top,
-                shadow.right + static_cast<int64_t>(growX) + 2, shadow.bottom};
-    if (growY > 0)
-      shadow = {shadow.left, shadow.top - static_cast<int64_t>(growY) - 2, shadow.right,
-                shadow.bottom + static_cast<int64_t>(growY) + 2};
+    if (growX > 0) {
+      shadow.left -= static_cast<int64_t>(growX) + 2;
+      shadow.right += static_cast<int64_t>(growX) + 2;
+    }
+    if (growY > 0) {
+      shadow.top -= static_cast<int64_t>(growY) + 2;
+      shadow.bottom += static_cast<int64_t>(growY) + 2;
+    }
     Box moved = shadow.moved(job.shadowX, job.shadowY);
     reach = reach.united(job.extrude ? moved.united(shadow) : moved);
   }
