@@ -17,8 +17,22 @@ build() {  # build <dir> <cmake args...>
   cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null && cmake --build "$dir" -j "$jobs"
 }
 
+passed_total=0
+failed_total=0
 run_tests() {  # run_tests <dir>; tests without a time limit of their own get 15 minutes
-  ctest --test-dir "$1" --output-on-failure -j "$jobs" --timeout 900 </dev/null
+  local log="$1/ctest-summary.log" status total bad
+  ctest --test-dir "$1" --output-on-failure -j "$jobs" --timeout 900 </dev/null | tee "$log"
+  status=${PIPESTATUS[0]}
+  # ctest's closing line: "N% tests passed, F tests failed out of T".
+  total=$(sed -n 's/.*tests failed out of \([0-9]*\).*/\1/p' "$log" | tail -n 1)
+  bad=$(sed -n 's/.* \([0-9]*\) tests failed out of.*/\1/p' "$log" | tail -n 1)
+  if [ -n "$total" ] && [ -n "$bad" ]; then
+    passed_total=$((passed_total + total - bad))
+    failed_total=$((failed_total + bad))
+  else
+    failed_total=$((failed_total + 1))
+  fi
+  return "$status"
 }
 
 finish_stage() {  # finish_stage <name> <start seconds> <status>
@@ -67,4 +81,5 @@ finish_stage "Windows 32-bit under Wine" "$start" "$status"
 echo "== summary"
 printf '%s\n' "${results[@]}"
 echo "total: ${SECONDS}s"
+echo "tests: ${passed_total} passed, ${failed_total} failed"
 exit "$failed"
