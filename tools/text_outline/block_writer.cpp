@@ -37,6 +37,22 @@ bool SamePlace(const ContourPoint& a, const ContourPoint& b) {
 
 }  // namespace
 
+void Fail(std::string* error, const std::string& message) {
+  if (error != nullptr) *error = message;
+}
+
+bool ReadTextLine(const TextLine& line, std::vector<uint32_t>* codePoints, std::string* error) {
+  if (line.pixelSize < 1 || line.pixelSize > 2048) {
+    Fail(error, "pixel size out of range");
+    return false;
+  }
+  if (!DecodeUtf8(line.text, codePoints)) {
+    Fail(error, "text is not valid UTF-8");
+    return false;
+  }
+  return true;
+}
+
 bool AppendContour(const std::vector<ContourPoint>& points, std::vector<uint8_t>* block) {
   const size_t n = points.size();
   for (const ContourPoint& p : points) {

@@ -7,7 +7,18 @@
 #include <string>
 #include <vector>
 
+namespace lx::text {
+struct TextLine;
+}
+
 namespace lx::text::detail {
+
+// Writes a message for the caller when it asked for one.
+void Fail(std::string* error, const std::string& message);
+
+// The checks both font engines make before they open a font: a pixel size of 1 to 2048 and valid UTF-8.
+// Returns the code points, or false with a message.
+bool ReadTextLine(const TextLine& line, std::vector<uint32_t>* codePoints, std::string* error);
 
 constexpr uint32_t kPolygonType = 24;  // TT_POLYGON_TYPE
 constexpr uint16_t kPrimLine = 1;      // TT_PRIM_LINE

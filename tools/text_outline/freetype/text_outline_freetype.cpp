@@ -10,11 +10,9 @@
 #include "tools/text_outline/text_outline.h"
 
 namespace lx::text {
-namespace {
 
-void Fail(std::string* error, const std::string& message) {
-  if (error != nullptr) *error = message;
-}
+using detail::Fail;
+namespace {
 
 struct LibraryCloser {
   void operator()(FT_Library lib) const { FT_Done_FreeType(lib); }
@@ -27,15 +25,8 @@ struct FaceCloser {
 
 bool BuildOutlineBlock(const TextLine& line, OutlineBlock* out, std::string* error) {
   *out = OutlineBlock{};
-  if (line.pixelSize < 1 || line.pixelSize > 2048) {
-    Fail(error, "pixel size out of range");
-    return false;
-  }
   std::vector<uint32_t> codePoints;
-  if (!detail::DecodeUtf8(line.text, &codePoints)) {
-    Fail(error, "text is not valid UTF-8");
-    return false;
-  }
+  if (!detail::ReadTextLine(line, &codePoints, error)) return false;
 
   FT_Library rawLib = nullptr;
   if (FT_Init_FreeType(&rawLib) != 0) {

@@ -11,11 +11,9 @@
 #include "tools/text_outline/text_outline.h"
 
 namespace lx::text {
-namespace {
 
-void Fail(std::string* error, const std::string& message) {
-  if (error != nullptr) *error = message;
-}
+using detail::Fail;
+namespace {
 
 uint32_t GetU32(const uint8_t* p) {
   return uint32_t{p[0]} | uint32_t{p[1]} << 8 | uint32_t{p[2]} << 16 | uint32_t{p[3]} << 24;
@@ -100,15 +98,8 @@ class FontContext {
 
 bool BuildOutlineBlock(const TextLine& line, OutlineBlock* out, std::string* error) {
   *out = OutlineBlock{};
-  if (line.pixelSize < 1 || line.pixelSize > 2048) {
-    Fail(error, "pixel size out of range");
-    return false;
-  }
   std::vector<uint32_t> codePoints;
-  if (!detail::DecodeUtf8(line.text, &codePoints)) {
-    Fail(error, "text is not valid UTF-8");
-    return false;
-  }
+  if (!detail::ReadTextLine(line, &codePoints, error)) return false;
   for (uint32_t cp : codePoints) {
     if (cp > 0xFFFF) {
       Fail(error, "code points above U+FFFF are not supported here");
