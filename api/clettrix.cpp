@@ -38,8 +38,7 @@ namespace {
 
 void FreeCanvas(void** memory, uint32_t** pixels) {
   if (!lx::platform::IsNoBlock(*memory)) {
-    lx::platform::GlobalUnlock(*memory);
-    lx::platform::GlobalFree(*memory);
+    lx::platform::ReleaseLockedBlock(*memory);
     *pixels = nullptr;
     *memory = nullptr;
   }

@@ -100,14 +100,9 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
   const uint64_t count = static_cast<uint64_t>(image.width) * static_cast<uint64_t>(image.height);
   if (count > SIZE_MAX / 4) return;
-  platform::HGLOBAL handle =
-      platform::GlobalAlloc(platform::kGmemMoveableZeroInit, static_cast<size_t>(count * 4));
-  if (platform::IsNoBlock(handle)) return;
-  auto* copy = static_cast<uint32_t*>(platform::GlobalLock(handle));
-  if (copy == nullptr) {
-    platform::GlobalFree(handle);
-    return;
-  }
+  platform::HGLOBAL handle = nullptr;
+  auto* copy = static_cast<uint32_t*>(platform::AllocateLockedBlock(static_cast<size_t>(count * 4), &handle));
+  if (copy == nullptr) return;
 
   const size_t width = static_cast<size_t>(image.width);
   if (static_cast<size_t>(image.stride) == width * 4) {
@@ -121,8 +116,7 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
   context.layer.view = image;
   Walk(context, dx, dy);
 
-  platform::GlobalUnlock(handle);
-  platform::GlobalFree(handle);
+  platform::ReleaseLockedBlock(handle);
 }
 
 void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX,

@@ -11,14 +11,9 @@ bool PixelBuffer::allocate(int32_t width, int32_t height) {
   const uint64_t bytes = static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * 4u;
   if (bytes > kMaxBytes || bytes > std::numeric_limits<size_t>::max()) return false;
 
-  platform::HGLOBAL handle =
-      platform::GlobalAlloc(platform::kGmemMoveableZeroInit, static_cast<size_t>(bytes));
-  if (platform::IsNoBlock(handle)) return false;
-  auto* pixels = static_cast<uint8_t*>(platform::GlobalLock(handle));
-  if (pixels == nullptr) {
-    platform::GlobalFree(handle);
-    return false;
-  }
+  platform::HGLOBAL handle = nullptr;
+  auto* pixels = static_cast<uint8_t*>(platform::AllocateLockedBlock(static_cast<size_t>(bytes), &handle));
+  if (pixels == nullptr) return false;
   handle_ = handle;
   pixels_ = pixels;
   width_ = width;
@@ -38,10 +33,7 @@ void PixelBuffer::wrap(void* pixels, int32_t width, int32_t height) {
 }
 
 void PixelBuffer::release() {
-  if (!platform::IsNoBlock(handle_)) {
-    platform::GlobalUnlock(handle_);
-    platform::GlobalFree(handle_);
-  }
+  platform::ReleaseLockedBlock(handle_);
   handle_ = nullptr;
   pixels_ = nullptr;
   width_ = 0;

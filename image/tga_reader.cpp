@@ -44,14 +44,9 @@ bool AllocateBlock(TgaImage* image, uint64_t bytes) {
   ReleaseTGA(image);
   if (bytes == 0 || bytes > PixelBuffer::kMaxBytes || bytes > std::numeric_limits<size_t>::max())
     return false;
-  platform::HGLOBAL handle =
-      platform::GlobalAlloc(platform::kGmemMoveableZeroInit, static_cast<size_t>(bytes));
-  if (platform::IsNoBlock(handle)) return false;
-  void* pixels = platform::GlobalLock(handle);
-  if (pixels == nullptr) {
-    platform::GlobalFree(handle);
-    return false;
-  }
+  platform::HGLOBAL handle = nullptr;
+  void* pixels = platform::AllocateLockedBlock(static_cast<size_t>(bytes), &handle);
+  if (pixels == nullptr) return false;
   image->handle = handle;
   image->pixels = static_cast<uint8_t*>(pixels);
   return true;
@@ -61,10 +56,7 @@ bool AllocateBlock(TgaImage* image, uint64_t bytes) {
 
 void ReleaseTGA(TgaImage* image) {
   if (image == nullptr) return;
-  if (!platform::IsNoBlock(image->handle)) {
-    platform::GlobalUnlock(image->handle);
-    platform::GlobalFree(image->handle);
-  }
+  platform::ReleaseLockedBlock(image->handle);
   image->handle = nullptr;
   image->pixels = nullptr;
 }

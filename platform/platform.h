@@ -21,7 +21,32 @@ constexpr unsigned kGmemZeroInit = 0x0040;
 constexpr unsigned kGmemMoveableZeroInit = kGmemMoveable | kGmemZeroInit;  // 0x42
 
 // Handles of 0 and of all ones both mean "no block".
-inline bool IsNoBlock(HGLOBAL h) { return h == nullptr || reinterpret_cast<uintptr_t>(h) == ~uintptr_t{0}; }
+inline bool IsNoBlock(HGLOBAL h) {
+  return h == nullptr || reinterpret_cast<uintptr_t>(h) == ~uintptr_t{0};
+}
+
+// The library's own blocks are movable, zero-filled and locked for their whole life. Allocates and locks
+// `bytes`; on failure returns null and sets *handle to null (a block that cannot be locked is freed).
+inline void* AllocateLockedBlock(size_t bytes, HGLOBAL* handle) {
+  *handle = GlobalAlloc(kGmemMoveableZeroInit, bytes);
+  if (IsNoBlock(*handle)) {
+    *handle = nullptr;
+    return nullptr;
+  }
+  void* memory = GlobalLock(*handle);
+  if (memory == nullptr) {
+    GlobalFree(*handle);
+    *handle = nullptr;
+  }
+  return memory;
+}
+
+// Unlocks, then frees, such a block; 0 and all ones are no block.
+inline void ReleaseLockedBlock(HGLOBAL handle) {
+  if (IsNoBlock(handle)) return;
+  GlobalUnlock(handle);
+  GlobalFree(handle);
+}
 
 // dwProcessorType as GetSystemInfo reports it (386, 486, 586, 8664, ...).
 uint32_t ProcessorType();

@@ -5,10 +5,7 @@
 namespace lx {
 
 TextureImage::~TextureImage() {
-  if (!platform::IsNoBlock(handle)) {
-    platform::GlobalUnlock(handle);
-    platform::GlobalFree(handle);
-  }
+  platform::ReleaseLockedBlock(handle);
   handle = nullptr;
   pixels = nullptr;
   width = 0;
