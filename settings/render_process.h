@@ -146,6 +146,9 @@ class RenderProcess {
   // The outline decoded by the last Render, and the surface the layer drawing writes into.
   OutlinePath path;
   PixelView surface;
+  // The area the layer drawing lays shapes out in, in the surface's coordinates, when the surface holds
+  // only part of it (then its left and top are zero or negative); empty when the surface is the area.
+  IntRect surfaceArea;
 };
 
 }  // namespace lx
