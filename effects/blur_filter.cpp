@@ -100,14 +100,21 @@ void BlurLine(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, ptrdi
   }
   // Past lastSet + r every window holds only zero pixels again.
   const ptrdiff_t end = std::min(last, lastSet + radius);
-  dst += x * step;
-  for (;; ++x) {
+  const auto blurred = [&]() {
     const uint64_t even = sumEven * mul;
     const uint64_t odd = sumOdd * mul;
-    const uint32_t blurred =
-        static_cast<uint32_t>(((even & 0xFFFFFFFFu) >> shr) | (((even >> 32) >> shr) << 16) |
-                              (((odd & 0xFFFFFFFFu) >> shr) << 8) | (((odd >> 32) >> shr) << 24));
-    *dst = (blurred & writeMask) | (src[x] & ~writeMask);
+    return static_cast<uint32_t>(((even & 0xFFFFFFFFu) >> shr) | (((even >> 32) >> shr) << 16) |
+                                 (((odd & 0xFFFFFFFFu) >> shr) << 8) | (((odd >> 32) >> shr) << 24));
+  };
+  // Where the run of equal pixels that ends at the window's leading edge begins (looked for no further
+  // back than the window reaches). Once the run fills the whole window, the sums stay as they are for as
+  // long as the run goes on, and so does the output: flat areas are written without the arithmetic.
+  ptrdiff_t lead = std::min(x + radius, last);
+  ptrdiff_t runStart = lead;
+  while (runStart > std::max<ptrdiff_t>(x - radius, 0) && src[runStart - 1] == src[lead]) --runStart;
+  dst += x * step;
+  for (;; ++x) {
+    *dst = (blurred() & writeMask) | (src[x] & ~writeMask);
     if (x == end) break;
     dst += step;
 
@@ -126,6 +133,24 @@ void BlurLine(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, ptrdi
     outOdd += OddBytes(centre);
     inEven -= EvenBytes(centre);
     inOdd -= OddBytes(centre);
+    if (x + radius + 1 <= last) {
+      lead = x + radius + 1;
+      if (src[lead] != src[lead - 1]) runStart = lead;
+    }
+    if (runStart <= std::max<ptrdiff_t>(x + 1 - radius, 0)) {
+      // The window of x + 1 is flat, and so is every later one that ends inside the run.
+      const uint32_t v = src[lead];
+      ptrdiff_t runEnd = lead;
+      while (runEnd < last && src[runEnd + 1] == v) ++runEnd;
+      const ptrdiff_t stop = runEnd == last ? end : std::min(runEnd - radius, end);
+      const uint32_t flat = (blurred() & writeMask) | (v & ~writeMask);
+      for (ptrdiff_t p = x + 1; p < stop; ++p) {
+        *dst = flat;
+        dst += step;
+      }
+      x = stop - 1;
+      lead = std::min(stop + radius, last);
+    }
   }
 }
 
