@@ -170,6 +170,10 @@ void BlurFilter::blurChannels(const PixelView& image, unsigned rx, unsigned ry, 
   run(image, rx, ry, mask, repeat);
 }
 
+void BlurFilter::trimScratch(size_t maxBytes) {
+  if (lines_.capacity() * sizeof(uint32_t) > maxBytes) std::vector<uint32_t>().swap(lines_);
+}
+
 void BlurFilter::run(const PixelView& image, unsigned rx, unsigned ry, uint32_t writeMask, int repeat) {
   if (image.empty() || repeat < 1 || (rx == 0 && ry == 0)) return;
   rx = std::min(rx, kMaxRadius);

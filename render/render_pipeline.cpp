@@ -62,7 +62,8 @@ int64_t BlurReach(uint8_t level) {
 
 // A work image: the box it covers on the output (its whole layout), and the part of it that is kept.
 struct WorkImage {
-  PixelBuffer pixels;         // the kept part, placed where it lies on the output
+  explicit WorkImage(PixelBuffer& image) : pixels(image) {}
+  PixelBuffer& pixels;        // the kept part, placed where it lies on the output
   IntRect area;               // the whole layout in the kept part's coordinates (empty: the same)
   int64_t left = 0, top = 0;  // the whole layout's top-left corner on the output
 };
@@ -86,8 +87,8 @@ bool MakeWorkImage(WorkImage* image, int64_t width, int64_t height, int64_t left
   }
   // The layout is addressed from the kept part's corner: both offsets must stay 32-bit.
   if (left - keepLeft < INT32_MIN || top - keepTop < INT32_MIN) return false;
-  if (!image->pixels.allocate(static_cast<int32_t>(keepRight - keepLeft),
-                              static_cast<int32_t>(keepBottom - keepTop)))
+  if (!image->pixels.reuse(static_cast<int32_t>(keepRight - keepLeft),
+                           static_cast<int32_t>(keepBottom - keepTop)))
     return false;
   image->pixels.placeAt(static_cast<int32_t>(keepLeft), static_cast<int32_t>(keepTop));
   image->left = left;
@@ -174,6 +175,8 @@ bool CutExtrudedShadow(ExtrudedShadow* e, const PixelBuffer& output, uint8_t blu
   return e->cost() <= kExtrusionLimit;
 }
 
+// The blur and the bevel have no settings that outlive a call, only scratch rows: the caller's own
+// objects serve every pass, so their rows are kept from one call to the next.
 void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
   if (level > 0 && process.blur) process.blur->blur(image.view(), level, level);
 }
@@ -222,7 +225,7 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     reach = BlurReach(caller.shadowBlurLevel) + kReachSlack;
     if (stamped) reach += std::max(std::llabs(int64_t{ox}), std::llabs(int64_t{oy}));
   }
-  WorkImage image;
+  WorkImage image(caller.scratch[0]);
   if (!MakeWorkImage(&image, width, height, left, top, reach, output)) return;
   PixelBuffer& work = image.pixels;
   std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, image);
@@ -245,8 +248,8 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   if (g.outline) {
     // Face and stroke overlap by half the stroke: the Face is laid on the stroke with its alpha held at
     // the Shadow's, so the overlap is no denser than the rest.
-    PixelBuffer faceImage;
-    if (!faceImage.allocate(work.width(), work.height())) return;
+    PixelBuffer& faceImage = caller.scratch[1];
+    if (!faceImage.reuse(work.width(), work.height())) return;
     faceImage.placeAt(work.rect().left, work.rect().top);
     temp->surface = faceImage.view();
     DrawLayer(*temp, kDrawFace, LayerAreas{});
@@ -260,9 +263,9 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
 
   if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
   if (caller.shadowBlurLevel > 0) {
-    Blur(*temp, work, caller.shadowBlurLevel);
+    Blur(caller, work, caller.shadowBlurLevel);
   } else if (stamped) {
-    SoftenExtrusion(work.view(), temp->blur.get());
+    SoftenExtrusion(work.view(), caller.blur.get());
   }
   BlendOver(work.placed(), output.placed());
 }
@@ -273,7 +276,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   const int64_t faceReach = (caller.faceEmbossed == 1 ? kEmbossReach : 0) + BlurReach(caller.face.blurLevel);
   const int64_t outlineReach = (s.border ? kBorderBlurReach + kBorderPassReach * caller.border3DDepth : 0) +
                                BlurReach(caller.outline.blurLevel);
-  WorkImage image;
+  WorkImage image(caller.scratch[0]);
   if (!MakeWorkImage(&image, g.workWidth, g.workHeight, s.translateX - g.glyphOffsetX,
                      s.translateY - g.glyphOffsetY, std::max(faceReach, outlineReach) + kReachSlack,
                      output)) {
@@ -291,15 +294,15 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
 
   DrawLayer(*temp, kDrawFace, areas);
   if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
-  Blur(*temp, work, caller.face.blurLevel);
+  Blur(caller, work, caller.face.blurLevel);
   if (!g.outline) {
     BlendOver(work.placed(), output.placed());
     return;
   }
 
   // The Face is set aside while the Outline is drawn where it was.
-  PixelBuffer face;
-  if (!face.allocate(work.width(), work.height())) return;
+  PixelBuffer& face = caller.scratch[1];
+  if (!face.reuse(work.width(), work.height())) return;
   face.placeAt(work.rect().left, work.rect().top);
   const size_t count = static_cast<size_t>(work.width()) * static_cast<size_t>(work.height());
   CopyPixels(reinterpret_cast<uint32_t*>(face.pixels()), reinterpret_cast<const uint32_t*>(work.pixels()),
@@ -307,11 +310,11 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count, s.mmx);
 
   DrawLayer(*temp, kDrawOutline, areas);
-  if (s.border && temp->bevel) {
-    temp->bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
-                             kBorderBlurRadius, temp->blur.get());
+  if (s.border && caller.bevel) {
+    caller.bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
+                              kBorderBlurRadius, caller.blur.get());
   }
-  Blur(*temp, work, caller.outline.blurLevel);
+  Blur(caller, work, caller.outline.blurLevel);
 
   // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
   // Outline leaves no seam. An Outline that paints nothing is simply replaced.
@@ -363,6 +366,7 @@ bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, 
     if (couldShow || process.shadowOnly == 1) ShadowPass(process, s, output);
   }
   if (process.shadowOnly != 1) MainPass(process, s, output);
+  process.trimScratch();
   return true;
 }
 
