@@ -6,6 +6,8 @@
 #include <cmath>
 #include <vector>
 
+#include "api/process_handle.h"
+#include "settings/render_process.h"
 #include "tests/support/contour_records.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
@@ -76,6 +78,30 @@ TEST(OversizedOutline, HugeBlurredTriangleFillsTheBufferEvenly) {
   EXPECT_NEAR(Green(first), 200, 2);
   EXPECT_NEAR(Blue(first), 40, 2);
   EXPECT_EQ(image.countOther(first), 0u);
+}
+
+// Memory follows the buffer: a process keeps its work images only while they are small, so a kept image
+// after each of these draws shows none was sized from the outline (the sliver's own box alone would take
+// 250 MB, the triangle's 440 MB). The triangle is drawn with its Outline but unblurred here: at level 254
+// the blur's reach alone takes the work image past what a process keeps.
+TEST(OversizedOutline, WorkImagesStaySmall) {
+  struct Case {
+    std::vector<uint8_t> block;
+    int32_t width, height;
+    bool outlined;
+  };
+  const Case cases[] = {{TallSliver(), 89, 228, false}, {HugeTriangle(), 300, 300, true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.width);
+    const TextScene scene(c.block);
+    Image image(c.width, c.height);
+    Process p;
+    if (c.outlined) p.face(255, 240, 200, 40).outline(255, 0, 0, 0).thickness(2);
+    ASSERT_TRUE(p.render(scene, image));
+    const RenderProcess* process = ProcessFromSlot(p.slot());
+    ASSERT_NE(process, nullptr);
+    EXPECT_GT(process->scratch[0].ownedBytes(), 0u);
+  }
 }
 
 }  // namespace
