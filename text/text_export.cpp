@@ -48,7 +48,9 @@ bool ParseFeatures(const char* list, std::vector<hb_feature_t>* out, std::string
     while (!one.empty() && one.front() == ' ') one.erase(0, 1);
     while (!one.empty() && one.back() == ' ') one.pop_back();
     hb_feature_t feature;
-    if (one.empty() || !hb_feature_from_string(one.c_str(), static_cast<int>(one.size()), &feature)) {
+    // HarfBuzz reads "li ga" as "li" and drops the rest; a space inside a setting is a mistake.
+    if (one.empty() || one.find_first_of(" \t") != std::string::npos ||
+        !hb_feature_from_string(one.c_str(), static_cast<int>(one.size()), &feature)) {
       *message = "'" + one + "' is not an OpenType feature setting (such as liga=0, kern, +smcp or -calt)";
       return false;
     }
