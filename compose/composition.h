@@ -1,6 +1,7 @@
 // Text in, finished picture out: lays the text out in the chosen font (shaping, bidirectional text,
 // several lines, fallback fonts), draws it with the settings through the Lettrix library, and returns
-// the image the lettrix program writes. Separate calls may run on separate threads at once.
+// the image the lettrix program writes: RgbaImage, straight-alpha RGBA bytes (compose/pixel_image.h).
+// Separate calls may run on separate threads at once.
 #pragma once
 
 #include <cstdint>
@@ -10,17 +11,10 @@
 
 #include "compose/compose_error.h"
 #include "compose/option_table.h"
+#include "compose/pixel_image.h"
 #include "compose/settings.h"
 
 namespace lx::compose {
-
-// Straight-alpha (not premultiplied) pixels, 4 bytes each: red, green, blue, alpha; rows top to bottom
-// with no padding, so pixels.size() == width * height * 4.
-struct RgbaImage {
-  int32_t width = 0;
-  int32_t height = 0;
-  std::vector<uint8_t> pixels;
-};
 
 // Reads a texture file named by a fill setting (FILE of --face-texture); throws Error (kJob) naming the
 // file. Generated textures (gen:NAME) never reach it.

@@ -19,6 +19,11 @@ void PutU32(std::vector<uint8_t>* out, uint32_t v) {
   for (int shift = 0; shift < 32; shift += 8) out->push_back(static_cast<uint8_t>(v >> shift));
 }
 
+// A 16.16 value rounded half up to whole pixels, as the reader takes a contour's start point.
+int32_t Whole(int32_t v) {
+  return static_cast<int32_t>(static_cast<uint32_t>((v >> 16) + ((v & 0xFFFF) >= 0x8000 ? 1 : 0)) << 16);
+}
+
 }  // namespace
 
 bool OutlineBlockWriter::ToFixed(Point p, Fixed* out) {
@@ -28,9 +33,12 @@ bool OutlineBlockWriter::ToFixed(Point p, Fixed* out) {
     return false;
   }
   *out = {static_cast<int32_t>(x), static_cast<int32_t>(y)};
-  minX_ = std::min<int64_t>(minX_, out->x), maxX_ = std::max<int64_t>(maxX_, out->x);
-  minY_ = std::min<int64_t>(minY_, out->y), maxY_ = std::max<int64_t>(maxY_, out->y);
   return true;
+}
+
+void OutlineBlockWriter::Extend(int64_t x, int64_t y) {
+  minX_ = std::min(minX_, x), maxX_ = std::max(maxX_, x);
+  minY_ = std::min(minY_, y), maxY_ = std::max(maxY_, y);
 }
 
 void OutlineBlockWriter::Add(uint16_t type, std::initializer_list<Fixed> points) {
@@ -43,21 +51,13 @@ void OutlineBlockWriter::Add(uint16_t type, std::initializer_list<Fixed> points)
 
 void OutlineBlockWriter::MoveTo(Point p) {
   EndContour();
-  Fixed exact;
-  if (!ToFixed(p, &exact)) return;
-  // The reader rounds a contour's start point to whole pixels but keeps every other point's fraction.
-  // Starting on the rounded point and stepping to the exact one adds an edge that the closing edge
-  // retraces, enclosing nothing, so the glyph keeps its exact shape.
-  const int32_t whole =
-      static_cast<int32_t>(static_cast<uint32_t>((exact.x >> 16) + ((exact.x & 0xFFFF) >= 0x8000)) << 16);
-  const int32_t wholeY =
-      static_cast<int32_t>(static_cast<uint32_t>((exact.y >> 16) + ((exact.y & 0xFFFF) >= 0x8000)) << 16);
-  start_ = {whole, wholeY};
-  minX_ = std::min<int64_t>(minX_, whole), maxX_ = std::max<int64_t>(maxX_, whole);
-  minY_ = std::min<int64_t>(minY_, wholeY), maxY_ = std::max<int64_t>(maxY_, wholeY);
+  // The reader rounds a contour's start point to whole pixels (and keeps every other point's fraction),
+  // which moves the two edges that meet there by under half a pixel; EndContour makes the last edge end
+  // on the rounded point too. An extra edge from the rounded point to the exact one would keep the shape
+  // but give a stroked Outline a spike where it turns back.
+  if (!ToFixed(p, &start_)) return;
   open_ = true;
   current_ = p;
-  if (exact.x != start_.x || exact.y != start_.y) Add(kPrimLine, {exact});
 }
 
 void OutlineBlockWriter::LineTo(Point p) {
@@ -84,23 +84,36 @@ void OutlineBlockWriter::CubicTo(Point control1, Point control2, Point end) {
 void OutlineBlockWriter::EndContour() {
   if (!open_) return;
   open_ = false;
-  // A contour with no edge of its own (only the step from the rounded start) encloses nothing.
-  const bool onlyStep =
-      records_.size() == 1 && records_[0].type == kPrimLine && records_[0].points.size() == 1;
-  if (records_.empty() || onlyStep || !inRange_) {
+  if (records_.empty() || !inRange_) {
     records_.clear();
     return;
   }
+  // The last edge comes back to the start: a line there is implied by the reader's own closing edge,
+  // and a curve ends where the reader puts the start. Ending on the exact start instead would leave a
+  // sliver of an edge to the rounded one, which a stroke draws as a spike.
+  Record& last = records_.back();
+  if (last.points.back().x == start_.x && last.points.back().y == start_.y) {
+    if (last.type == kPrimLine) {
+      last.points.pop_back();
+      if (last.points.empty()) records_.pop_back();
+    } else {
+      last.points.back() = {Whole(start_.x), Whole(start_.y)};
+    }
+  }
+  if (records_.empty()) return;
   uint32_t cb = 16;
   for (const Record& r : records_) cb += 4 + 8 * static_cast<uint32_t>(r.points.size());
   PutU32(&bytes_, cb);
   PutU32(&bytes_, kPolygonType);
   PutU32(&bytes_, static_cast<uint32_t>(start_.x));
   PutU32(&bytes_, static_cast<uint32_t>(start_.y));
+  // The box counts the start where the reader puts it.
+  Extend(Whole(start_.x), Whole(start_.y));
   for (const Record& r : records_) {
     PutU16(&bytes_, r.type);
     PutU16(&bytes_, static_cast<uint16_t>(r.points.size()));
     for (const Fixed& f : r.points) {
+      Extend(f.x, f.y);
       PutU32(&bytes_, static_cast<uint32_t>(f.x));
       PutU32(&bytes_, static_cast<uint32_t>(f.y));
     }

@@ -43,7 +43,9 @@ class OutlineBlockWriter {
     uint16_t type;
     std::vector<Fixed> points;
   };
+  // 16.16 fixed point; false (spoiling the block) outside the range.
   bool ToFixed(Point p, Fixed* out);
+  void Extend(int64_t x, int64_t y);
   void Add(uint16_t type, std::initializer_list<Fixed> points);
 
   std::vector<uint8_t> bytes_;

@@ -12,6 +12,7 @@
 #include "tests/text/text_fixture.h"
 #include "text/cubic_split.h"
 #include "text/outline_block_writer.h"
+#include "tools/text_outline/text_outline.h"
 
 namespace lx::text::testing {
 namespace {
@@ -146,10 +147,11 @@ TEST(TextCff, CubicPiecesStayWithinASixteenthOfAPixel) {
   EXPECT_GT(curved.size(), 20u);
 }
 
-TEST(TextCff, AContourStartsOnAWholePixelAndStepsToItsExactStart) {
+TEST(TextCff, ContoursBecomeLineAndCurveRecords) {
   OutlineBlockWriter writer;
   writer.MoveTo({10.25, 20.75});
   writer.LineTo({30, 20.75});
+  writer.LineTo({30, 30});
   writer.QuadraticTo({30, 40}, {10.25, 40});
   writer.EndContour();
   const std::vector<uint8_t>& b = writer.bytes();
@@ -161,19 +163,55 @@ TEST(TextCff, AContourStartsOnAWholePixelAndStepsToItsExactStart) {
   ASSERT_EQ(b.size(), 16u + 4 + 16 + 4 + 16);
   EXPECT_EQ(u32(0), b.size());
   EXPECT_EQ(u32(4), 24u);
-  EXPECT_EQ(u32(8), 10u << 16);   // 10.25 rounds to 10
-  EXPECT_EQ(u32(12), 21u << 16);  // 20.75 rounds to 21
-  EXPECT_EQ(u16(16), 1);          // a line through the exact start and on
+  EXPECT_EQ(u32(8), 0xA4000u);    // 10.25
+  EXPECT_EQ(u32(12), 0x14C000u);  // 20.75
+  EXPECT_EQ(u16(16), 1);          // one line record for both lines
   EXPECT_EQ(u16(18), 2);
-  EXPECT_EQ(u32(20), 0xA4000u);   // 10.25
-  EXPECT_EQ(u32(24), 0x14C000u);  // 20.75
-  EXPECT_EQ(u32(28), 30u << 16);
+  EXPECT_EQ(u32(20), 30u << 16);
+  EXPECT_EQ(u32(32), 30u << 16);
   EXPECT_EQ(u16(36), 2);  // the curve: control and end
   EXPECT_EQ(u16(38), 2);
+  EXPECT_EQ(u32(48), 0xA4000u);
+  EXPECT_EQ(u32(52), 40u << 16);
+  // The box has the start where the reader rounds it: 20.75 becomes 21, and 10.25 becomes 10.
   EXPECT_EQ(writer.inkLeft(), 10);
   EXPECT_EQ(writer.inkTop(), 20);
   EXPECT_EQ(writer.inkRight(), 30);
   EXPECT_EQ(writer.inkBottom(), 40);
+  OutlineBlockWriter high;
+  high.MoveTo({5.75, 5.75});
+  high.LineTo({9, 9});
+  high.LineTo({9, 8});
+  high.EndContour();
+  EXPECT_EQ(high.inkLeft(), 6);
+  EXPECT_EQ(high.inkTop(), 6);
+}
+
+// The last edge of a contour ends where the reader puts the start: its rounded point. A line back to the
+// start is left to the reader's closing edge; a curve ends on the rounded start itself.
+TEST(TextCff, TheLastEdgeEndsOnTheRoundedStart) {
+  OutlineBlockWriter lines;
+  lines.MoveTo({1.75, 2.25});
+  lines.LineTo({9, 2.25});
+  lines.LineTo({9, 9});
+  lines.LineTo({1.75, 2.25});
+  lines.EndContour();
+  ASSERT_EQ(lines.bytes().size(), 16u + 4 + 16);
+  EXPECT_EQ(lines.bytes()[18], 2);  // two points: the line back to the start is gone
+
+  OutlineBlockWriter curve;
+  curve.MoveTo({1.75, 2.25});
+  curve.LineTo({9, 2.25});
+  curve.QuadraticTo({9, 9}, {1.75, 2.25});
+  curve.EndContour();
+  const std::vector<uint8_t>& b = curve.bytes();
+  ASSERT_EQ(b.size(), 16u + 4 + 8 + 4 + 16);
+  auto u32 = [&](size_t at) {
+    return static_cast<uint32_t>(b[at] | b[at + 1] << 8 | b[at + 2] << 16 |
+                                 static_cast<uint32_t>(b[at + 3]) << 24);
+  };
+  EXPECT_EQ(u32(b.size() - 8), 2u << 16);
+  EXPECT_EQ(u32(b.size() - 4), 2u << 16);
 }
 
 TEST(TextCff, PointsBeyondTheFixedRangeSpoilTheBlock) {
@@ -191,6 +229,23 @@ TEST(TextCff, PointsBeyondTheFixedRangeSpoilTheBlock) {
   edge.LineTo({0, 10});
   edge.EndContour();
   EXPECT_TRUE(edge.inRange());
+}
+
+TEST(TextCff, TheReportedInkBoxIsTheOneTheRendererMeasures) {
+  for (const char* font : {kSerifOtf, kSans}) {
+    for (double size : {11.3, 40.0, 97.5}) {
+      LettrixTextLayout layout = Layout(font, size);
+      layout.letter_spacing = 0.37;
+      Laid laid("Quiet\nwaves", layout);
+      ASSERT_TRUE(laid.ok());
+      const InkBox measured =
+          MeasureOutlineBlock(static_cast<const uint8_t*>(laid.r().block), laid.r().block_size);
+      EXPECT_EQ(laid.r().ink_left, measured.left) << font << " " << size;
+      EXPECT_EQ(laid.r().ink_top, measured.top);
+      EXPECT_EQ(laid.r().ink_right, measured.right);
+      EXPECT_EQ(laid.r().ink_bottom, measured.bottom);
+    }
+  }
 }
 
 }  // namespace
