@@ -8,9 +8,10 @@
 //
 // Programs lay text out with the text library (lettrix/lettrix_text.h: shaping, several lines, fallback
 // fonts); this one-line layout stays for the Windows demo and for the tests and benchmarks that compare
-// its two engines. On Linux the outlines come from FreeType; on Windows from GDI (the font file is added privately and
-// selected by its family name, weight and slant). Both read the same font file, unhinted, but their
-// pen advances may differ by rounding, so tests that compare pixels across systems share one block.
+// its two engines. On Linux the outlines come from FreeType; on Windows from GDI (the font file is added
+// privately and selected by its family name, weight and slant). Both read the same font file, unhinted,
+// but their pen advances may differ by rounding, so tests that compare pixels across systems share one
+// block.
 #pragma once
 
 #include <cstddef>
