@@ -86,6 +86,13 @@ check_dll() {  # check_dll <objdump> <dll>
   return $ok
 }
 
+echo "== include dependencies"
+start=$SECONDS
+log=$(bash "$root/tools/check-includes.sh" | tee /dev/stderr); status=${PIPESTATUS[0]}
+passed_total=$((passed_total + $(sed -n 's/^check-includes: \([0-9]*\) passed.*/\1/p' <<<"$log")))
+failed_total=$((failed_total + $(sed -n 's/^check-includes: [0-9]* passed, \([0-9]*\) failed/\1/p' <<<"$log")))
+finish_stage "include dependencies" "$start" "$status"
+
 echo "== native"
 start=$SECONDS
 build "$root/build/native"; status=$?
