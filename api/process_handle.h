@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lettrix/lettrix.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 
 namespace lx {
 

@@ -12,7 +12,7 @@ namespace {
 // and movable blocks alike, and every way out of Render unlocks it again.
 class LockedBlock {
  public:
-  explicit LockedBlock(void* handle) : handle_(static_cast<lx::platform::HGLOBAL>(handle)) {
+  explicit LockedBlock(void* handle) : handle_(static_cast<lx::platform::MemoryHandle>(handle)) {
     bytes_ = lx::platform::GlobalLock(handle_);
   }
   ~LockedBlock() {
@@ -24,7 +24,7 @@ class LockedBlock {
   const void* bytes() const { return bytes_; }
 
  private:
-  lx::platform::HGLOBAL handle_;
+  lx::platform::MemoryHandle handle_;
   void* bytes_ = nullptr;
 };
 
@@ -52,7 +52,7 @@ LETTRIX_API bool LETTRIX_CALL Render(RenderHandle* slot, void* block, const int3
   if (height == nullptr || *height <= 0) return false;
   if (buffer == nullptr) return false;
 
-  const size_t blockBytes = lx::platform::GlobalSize(static_cast<lx::platform::HGLOBAL>(block));
+  const size_t blockBytes = lx::platform::GlobalSize(static_cast<lx::platform::MemoryHandle>(block));
   if (blockBytes == 0) return false;
   const LockedBlock locked(block);
   RenderProcess* process = CheckedProcess(slot, locked, blockBytes, width, height, buffer);

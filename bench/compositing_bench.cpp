@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "image/pixel_ops.h"
-#include "render/compositing.h"
+#include "effects/compositing.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "effects/layer_drawing.h"
 #include "render/outline_decoder.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 #include "tests/support/contour_records.h"
 
 namespace {
@@ -37,7 +37,6 @@ std::vector<uint8_t> LineOfGlyphs() {
 class DrawBench {
  public:
   DrawBench() : block_(LineOfGlyphs()), pixels_(static_cast<size_t>(kWidth) * kHeight) {
-    process_.surface = {reinterpret_cast<uint8_t*>(pixels_.data()), kWidth, kHeight, kWidth * 4};
     process_.strokeWidth = 4.0;
     process_.face.startColour = 0xFF2080F0u;
     process_.face.endColour = 0xFF102040u;
@@ -47,7 +46,11 @@ class DrawBench {
     process_.path.clear();
     lx::DecodeOutlineBlock(block_.data(), block_.size(), false, &process_.path);
   }
-  void draw(int32_t mode) { lx::DrawLayer(process_, mode, lx::LayerAreas{}); }
+  void draw(int32_t mode) {
+    const lx::PixelView target{reinterpret_cast<uint8_t*>(pixels_.data()), kWidth, kHeight, kWidth * 4};
+    lx::DrawLayer(target, process_.path, process_.glyphMatrix, process_.face, process_.outline,
+                  process_.strokeWidth, mode, lx::LayerAreas{});
+  }
   lx::RenderProcess& process() { return process_; }
   const uint32_t* pixels() const { return pixels_.data(); }
 

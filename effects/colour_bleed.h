@@ -12,8 +12,8 @@ namespace lx {
 // pixels inside every edge of the image gives its colour bytes (0, 1, 2) to each transparent pixel of
 // the square from -distance to +distance rows and columns around it; a transparent pixel keeps alpha 0
 // and, when several such pixels reach it, takes the colour of the last one in row order. Linear in
-// the pixels whatever the distance. Does nothing for a distance, width or height below 1, or for
-// pixels that cannot be written.
+// the pixels whatever the distance. Does nothing for a distance, width or height below 1. The pixels are
+// the library's own work image: nothing here checks them.
 void SquareColourBleed(const PixelView& image, int32_t distance);
 
 }  // namespace lx

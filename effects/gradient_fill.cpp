@@ -6,7 +6,7 @@
 #include <agg_span_gradient.h>
 
 #include "image/pixel_ops.h"
-#include "render/agg_companions.h"
+#include "effects/agg_companions.h"
 
 namespace lx {
 
@@ -83,10 +83,6 @@ int32_t ClampToInt32(int64_t v) {
   return static_cast<int32_t>(v < INT32_MIN ? INT32_MIN : (v > INT32_MAX ? INT32_MAX : v));
 }
 
-bool IsEmptyRect(const IntRect& r) {
-  return r.right <= r.left || r.bottom <= r.top;
-}
-
 template <class GradientF>
 void RenderGradient(LayerRasterizer& ras, LayerRendererBase& renderer, const FillSettings& layer,
                     const agg::trans_affine& toGradient, double d1, double d2) {
@@ -113,13 +109,13 @@ LayerColour ColourFromPacked(uint32_t packed) {
 }
 
 IntRect GradientArea(const FillSettings& layer, const IntRect& shapeBox, const IntRect& callerBuffer) {
-  const platform::RECT& u = layer.userGradientArea;
-  if (u.right > u.left && u.bottom > u.top) {
+  const IntRect& u = layer.userGradientArea;
+  if (!u.empty()) {
     const int64_t dx = callerBuffer.left, dy = callerBuffer.top;
     return IntRect{ClampToInt32(u.left + dx), ClampToInt32(u.top + dy), ClampToInt32(u.right + dx),
                    ClampToInt32(u.bottom + dy)};
   }
-  if (layer.gradientFitMode == 1 && !IsEmptyRect(callerBuffer)) return callerBuffer;
+  if (layer.gradientFitMode == 1 && !callerBuffer.empty()) return callerBuffer;
   return shapeBox;
 }
 

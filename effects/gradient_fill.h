@@ -6,8 +6,8 @@
 #include <cstdint>
 
 #include "image/pixel_view.h"
-#include "render/agg_pipeline.h"
-#include "settings/render_process.h"
+#include "effects/agg_pipeline.h"
+#include "settings/fill_settings.h"
 
 namespace lx {
 

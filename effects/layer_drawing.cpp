@@ -6,8 +6,8 @@
 
 #include "effects/gradient_fill.h"
 #include "effects/texture_fill.h"
-#include "render/agg_companions.h"
-#include "render/agg_pipeline.h"
+#include "effects/agg_companions.h"
+#include "effects/agg_pipeline.h"
 
 namespace lx {
 
@@ -83,40 +83,33 @@ PathBox BoxOfPath(const OutlinePath& path) {
   return PathBox{box.x1, box.y1, box.x2, box.y2};
 }
 
-bool IsEmptyRect(const IntRect& r) {
-  return r.right <= r.left || r.bottom <= r.top;
-}
-
-// The area shapes are laid out in, in surface coordinates: the surface itself unless it holds a part.
-IntRect AreaOf(const RenderProcess& process) {
-  if (!IsEmptyRect(process.surfaceArea)) return process.surfaceArea;
-  return IntRect{0, 0, process.surface.width, process.surface.height};
+// The area shapes are laid out in, in target coordinates: the target itself unless it holds a part.
+IntRect AreaOf(const PixelView& target, const LayerAreas& areas) {
+  if (!areas.layout.empty()) return areas.layout;
+  return IntRect{0, 0, target.width, target.height};
 }
 
 // Everything one draw call shares between its layers.
 class LayerCanvas {
  public:
-  LayerCanvas(const RenderProcess& process, const LayerAreas& areas)
-      : process_(process),
+  LayerCanvas(const PixelView& target, const OutlinePath& path, const Affine& matrix, const LayerAreas& areas)
+      : path_(path),
         areas_(areas),
-        buffer_(process.surface.pixels, process.surface.width, process.surface.height,
-                process.surface.stride),
+        buffer_(target.pixels, target.width, target.height, target.stride),
         pixels_(buffer_),
-        renderer_(pixels_, -AreaOf(process).left, -AreaOf(process).top),
-        matrix_(ToAggAffine(process.glyphMatrix)) {
-    const IntRect area = AreaOf(process);
+        renderer_(pixels_, -AreaOf(target, areas).left, -AreaOf(target, areas).top),
+        matrix_(ToAggAffine(matrix)) {
+    const IntRect area = AreaOf(target, areas);
     ras_.clip_box(0, 0, std::min(area.right - area.left, kMaxRasterSide),
                   std::min(area.bottom - area.top, kMaxRasterSide));
     const double stretch = MaxStretch(matrix_);
     tolerance_ = kFlatness / (stretch > 1e-9 ? stretch : 1e-9);
   }
 
-  void draw(bool face) {
-    const FillSettings& fill = face ? process_.face : process_.outline;
-    const double strokeWidth = process_.strokeWidth;
+  void draw(const FillSettings& fill, bool face, double strokeWidth) {
     if (!face && !(strokeWidth > 0)) return;
     ras_.reset();
-    FlattenedPath flat(process_.path, tolerance_);
+    FlattenedPath flat(path_, tolerance_);
     Box shape;
     if (face) {
       shape = AddTransformed(ras_, flat, matrix_);
@@ -131,10 +124,10 @@ class LayerCanvas {
       TexturePlacement placement;
       placement.tiling = fill.textureTiling;
       placement.glyphMatrix = matrix_;
-      placement.pathBox = BoxOfPath(process_.path);
+      placement.pathBox = BoxOfPath(path_);
       placement.strokeWidth = strokeWidth;
       placement.rect = face ? areas_.faceTexture : areas_.outlineTexture;
-      if (IsEmptyRect(placement.rect)) {
+      if (placement.rect.empty()) {
         const double grow = face ? 0.0 : strokeWidth * 0.5;
         const PathBox& b = placement.pathBox;
         placement.rect = Box{b.x1 - grow, b.y1 - grow, b.x2 + grow, b.y2 + grow, true}.whole();
@@ -146,7 +139,7 @@ class LayerCanvas {
   }
 
  private:
-  const RenderProcess& process_;
+  const OutlinePath& path_;
   const LayerAreas& areas_;
   agg::rendering_buffer buffer_;
   LayerPixfmt pixels_;
@@ -162,26 +155,15 @@ uint8_t AlphaOf(uint32_t packed) {
 
 }  // namespace
 
-void DrawLayer(const RenderProcess& process, int32_t mode, const LayerAreas& areas) {
-  if (process.surface.empty() || process.path.empty()) return;
+void DrawLayer(const PixelView& target, const OutlinePath& path, const Affine& matrix,
+               const FillSettings& face, const FillSettings& outline, double strokeWidth, int32_t mode,
+               const LayerAreas& areas) {
+  if (target.empty() || path.empty()) return;
   if (mode < kDrawFace || mode > kDrawOutlineThenFace) return;
-  LayerCanvas canvas(process, areas);
-  switch (mode) {
-    case kDrawFace:
-      canvas.draw(true);
-      break;
-    case kDrawOutline:
-      canvas.draw(false);
-      break;
-    case kDrawFaceThenOutline:
-      canvas.draw(true);
-      canvas.draw(false);
-      break;
-    default:
-      canvas.draw(false);
-      canvas.draw(true);
-      break;
-  }
+  LayerCanvas canvas(target, path, matrix, areas);
+  if (mode == kDrawFace || mode == kDrawFaceThenOutline) canvas.draw(face, true, strokeWidth);
+  if (mode != kDrawFace) canvas.draw(outline, false, strokeWidth);
+  if (mode == kDrawOutlineThenFace) canvas.draw(face, true, strokeWidth);
 }
 
 int UniformLayerColour(const FillSettings& layer, uint32_t* colour, uint8_t alphaOnly) {
@@ -206,11 +188,11 @@ int UniformLayerColour(const FillSettings& layer, uint32_t* colour, uint8_t alph
   return AlphaOf(layer.startColour) == AlphaOf(layer.endColour) ? 1 : 0;
 }
 
-int SameUniformColour(const RenderProcess& process) {
-  uint32_t face = 0, outline = 0;
-  if (UniformLayerColour(process.face, &face, 0) != 1) return 0;
-  if (UniformLayerColour(process.outline, &outline, 0) != 1) return 0;
-  return face == outline ? 1 : 0;
+int SameUniformColour(const FillSettings& face, const FillSettings& outline) {
+  uint32_t faceColour = 0, outlineColour = 0;
+  if (UniformLayerColour(face, &faceColour, 0) != 1) return 0;
+  if (UniformLayerColour(outline, &outlineColour, 0) != 1) return 0;
+  return faceColour == outlineColour ? 1 : 0;
 }
 
 int LayerAlphaEquals(const FillSettings& layer, uint8_t alpha) {

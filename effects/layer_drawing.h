@@ -1,12 +1,14 @@
-// Drawing a layer shape (the filled path, the stroked path, or both) into the surface attached to a
-// render process, with the layer's colour, gradient or texture; and the small tests on the fill settings
+// Drawing a layer shape (the filled path, the stroked path, or both) into a target view, with the
+// layer's colour, gradient or texture; and the small tests on the fill settings
 // with which the pipeline chooses how to lay one layer onto another.
 #pragma once
 
 #include <cstdint>
 
 #include "image/pixel_view.h"
-#include "settings/render_process.h"
+#include "settings/affine.h"
+#include "settings/fill_settings.h"
+#include "settings/outline_path.h"
 
 namespace lx {
 
@@ -29,15 +31,20 @@ struct LayerAreas {
   // the user gradient areas, which are given in the caller's buffer coordinates. May be empty: fit mode
   // 1 then falls back to the shape's box, and user areas are taken as surface coordinates.
   IntRect callerBuffer;
+  // The area shapes are laid out in, in the target's coordinates, when the target holds only part of it
+  // (its left and top are then zero or negative); empty when the target is the whole area.
+  IntRect layout;
 };
 
-// Draws process.path, carried through process.glyphMatrix, into process.surface (laid out over
-// process.surfaceArea when that is set, of which the surface keeps its own part). Each layer that the
-// mode names is rasterised (the Outline only when strokeWidth is greater than 0: a stroke of that full
-// width centred on the path, miter joins) and painted with its texture when its fill type is 1 and it
-// has a texture with pixels, otherwise with its gradient or solid start colour. Curves are flattened to
-// within a quarter pixel of the surface. An empty surface or path draws nothing.
-void DrawLayer(const RenderProcess& process, int32_t mode, const LayerAreas& areas);
+// Draws `path`, carried through `matrix`, into `target` (laid out over areas.layout when that is set, of
+// which the target keeps its own part). Each layer that the mode names is rasterised (the Outline only
+// when strokeWidth is greater than 0: a stroke of that full width centred on the path, miter joins) and
+// painted with its fill's texture when its fill type is 1 and it has a texture with pixels, otherwise
+// with its gradient or solid start colour. Curves are flattened to within a quarter pixel of the target.
+// An empty target or path draws nothing.
+void DrawLayer(const PixelView& target, const OutlinePath& path, const Affine& matrix,
+               const FillSettings& face, const FillSettings& outline, double strokeWidth, int32_t mode,
+               const LayerAreas& areas);
 
 // 1 when the layer paints one colour (alphaOnly != 1) or one alpha (alphaOnly == 1), else 0; a texture
 // fill type answers 0. With its colour stops in force the first stop is written to *colour and every
@@ -48,7 +55,7 @@ void DrawLayer(const RenderProcess& process, int32_t mode, const LayerAreas& are
 int UniformLayerColour(const FillSettings& layer, uint32_t* colour, uint8_t alphaOnly);
 
 // 1 when the Face and the Outline are both uniform (alphaOnly not set) in the same colour.
-int SameUniformColour(const RenderProcess& process);
+int SameUniformColour(const FillSettings& face, const FillSettings& outline);
 
 // 1 when every colour the layer paints has the given alpha: every stop's alpha with the colour stops in
 // force (an empty list answers 0), otherwise the start colour's and, when it differs from the start,

@@ -5,7 +5,7 @@
 #include "effects/blur_filter.h"
 #include "image/pixel_ops.h"
 #include "platform/platform.h"
-#include "render/compositing.h"
+#include "effects/compositing.h"
 
 namespace lx {
 
@@ -21,7 +21,7 @@ struct StampContext {
 
 // One stamp per point of the line. A point more than the layer's size away cannot overlap it: it is
 // skipped before any rectangle is formed, so no coordinate can overflow.
-void LX_LINEDDA_CALLBACK StampAt(int x, int y, platform::LPARAM data) {
+void StampAt(int x, int y, intptr_t data) {
   StampContext& c = *reinterpret_cast<StampContext*>(data);
   const int32_t width = c.copy.view.width;
   const int32_t height = c.copy.view.height;
@@ -62,7 +62,7 @@ void Walk(StampContext& context, int32_t dx, int32_t dy) {
   if (kept * period <= kLongestWalk) {
     const int startX = static_cast<int>(-(dx / g) * kept);
     const int startY = static_cast<int>(-(dy / g) * kept);
-    platform::LineDDA(startX, startY, 0, 0, StampAt, reinterpret_cast<platform::LPARAM>(&context));
+    platform::LineDDA(startX, startY, 0, 0, StampAt, reinterpret_cast<intptr_t>(&context));
     return;
   }
 
@@ -81,7 +81,7 @@ void Walk(StampContext& context, int32_t dx, int32_t dy) {
     const int64_t y = steep ? along : across;
     if (x <= -context.copy.view.width || x >= context.copy.view.width) continue;
     if (y <= -context.copy.view.height || y >= context.copy.view.height) continue;
-    StampAt(static_cast<int>(x), static_cast<int>(y), reinterpret_cast<platform::LPARAM>(&context));
+    StampAt(static_cast<int>(x), static_cast<int>(y), reinterpret_cast<intptr_t>(&context));
   }
 }
 
@@ -100,7 +100,7 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
   const uint64_t count = static_cast<uint64_t>(image.width) * static_cast<uint64_t>(image.height);
   if (count > SIZE_MAX / 4) return;
-  platform::HGLOBAL handle = nullptr;
+  platform::MemoryHandle handle = nullptr;
   auto* copy = static_cast<uint32_t*>(platform::AllocateLockedBlock(static_cast<size_t>(count * 4), &handle));
   if (copy == nullptr) return;
 

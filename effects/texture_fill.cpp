@@ -11,8 +11,8 @@
 #include <agg_span_image_filter_rgba.h>
 
 #include "image/pixel_buffer.h"
-#include "render/agg_companions.h"
-#include "render/compositing.h"
+#include "effects/agg_companions.h"
+#include "effects/compositing.h"
 
 namespace lx {
 

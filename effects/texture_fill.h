@@ -7,7 +7,7 @@
 #include <agg_trans_affine.h>
 
 #include "image/pixel_view.h"
-#include "render/agg_pipeline.h"
+#include "effects/agg_pipeline.h"
 #include "settings/texture_image.h"
 
 namespace lx {

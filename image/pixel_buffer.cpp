@@ -12,7 +12,7 @@ bool PixelBuffer::allocate(int32_t width, int32_t height) {
   const uint64_t bytes = static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * 4u;
   if (bytes > kMaxBytes || bytes > std::numeric_limits<size_t>::max()) return false;
 
-  platform::HGLOBAL handle = nullptr;
+  platform::MemoryHandle handle = nullptr;
   auto* pixels = static_cast<uint8_t*>(platform::AllocateLockedBlock(static_cast<size_t>(bytes), &handle));
   if (pixels == nullptr) return false;
   handle_ = handle;

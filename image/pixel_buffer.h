@@ -52,7 +52,7 @@ class PixelBuffer {
 
  private:
   IntRect rect_;
-  platform::HGLOBAL handle_ = nullptr;
+  platform::MemoryHandle handle_ = nullptr;
   uint8_t* pixels_ = nullptr;
   int32_t width_ = 0;
   int32_t height_ = 0;

@@ -44,7 +44,7 @@ bool AllocateBlock(TgaImage* image, uint64_t bytes) {
   ReleaseTGA(image);
   if (bytes == 0 || bytes > PixelBuffer::kMaxBytes || bytes > std::numeric_limits<size_t>::max())
     return false;
-  platform::HGLOBAL handle = nullptr;
+  platform::MemoryHandle handle = nullptr;
   void* pixels = platform::AllocateLockedBlock(static_cast<size_t>(bytes), &handle);
   if (pixels == nullptr) return false;
   image->handle = handle;

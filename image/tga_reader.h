@@ -15,14 +15,14 @@ constexpr size_t kTgaMessageSize = 256;
 
 // What a load fills in. Start from a value-initialised record; release it with ReleaseTGA.
 struct TgaImage {
-  uint8_t* pixels = nullptr;           // the locked block, or null
-  uint32_t bitsPerPixel = 0;           // 24 or 32 after a good load
-  uint32_t width = 0;                  // as the file says
-  uint32_t height = 0;                 // as the file says
-  uint32_t reserved = 0;               // never touched by the loader: the caller's own use
-  uint8_t descriptor = 0;              // the file's image-descriptor byte, stored only (no flip is made)
-  platform::HGLOBAL handle = nullptr;  // 0 or all ones: no block
-  char message[kTgaMessageSize] = {};  // the last error, or empty after a successful LoadTGA
+  uint8_t* pixels = nullptr;                // the locked block, or null
+  uint32_t bitsPerPixel = 0;                // 24 or 32 after a good load
+  uint32_t width = 0;                       // as the file says
+  uint32_t height = 0;                      // as the file says
+  uint32_t reserved = 0;                    // never touched by the loader: the caller's own use
+  uint8_t descriptor = 0;                   // the file's image-descriptor byte, stored only (no flip is made)
+  platform::MemoryHandle handle = nullptr;  // 0 or all ones: no block
+  char message[kTgaMessageSize] = {};       // the last error, or empty after a successful LoadTGA
 };
 
 // What LoadTGA has read before it hands the open file to one of the two pixel readers.

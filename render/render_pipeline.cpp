@@ -16,9 +16,9 @@
 #include "effects/shadow_extrusion.h"
 #include "image/pixel_buffer.h"
 #include "image/pixel_ops.h"
-#include "render/compositing.h"
+#include "effects/compositing.h"
 #include "render/outline_decoder.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 
 namespace lx {
 namespace {
@@ -26,10 +26,6 @@ namespace {
 // Bleed distance of the Face emboss and blur radius of the 3D border between its shading passes.
 constexpr int32_t kEmbossBleed = 2;
 constexpr unsigned kBorderBlurRadius = 2;
-
-bool IsEmpty(const IntRect& r) {
-  return r.right <= r.left || r.bottom <= r.top;
-}
 
 // A double truncated toward zero to a whole number, held far inside the 64-bit range (a position that
 // large lies off any buffer anyway).
@@ -100,8 +96,9 @@ bool MakeWorkImage(WorkImage* image, int64_t width, int64_t height, int64_t left
   return true;
 }
 
-// A temporary process drawing into `surface`, with the caller's path and stroke. Null when memory ran out.
-std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller, const WorkImage& surface) {
+// A temporary process with the caller's path and stroke, which supplies a pass's layer drawing with its
+// settings. Null when memory ran out.
+std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller) {
   std::unique_ptr<RenderProcess> temp(new (std::nothrow) RenderProcess());
   if (!temp) return nullptr;
   try {
@@ -111,9 +108,13 @@ std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller,
   }
   temp->strokeWidth = caller.strokeWidth;
   temp->halfStrokeWidth = caller.halfStrokeWidth;
-  temp->surface = surface.pixels.view();
-  temp->surfaceArea = surface.area;
   return temp;
+}
+
+// Draws the layers `mode` names with the settings of `process` into `target`.
+void Draw(const RenderProcess& process, const PixelView& target, int32_t mode, const LayerAreas& areas) {
+  DrawLayer(target, process.path, process.glyphMatrix, process.face, process.outline, process.strokeWidth,
+            mode, areas);
 }
 
 // The caller's buffer as seen from a work image's layout: where fit mode 1 spreads a gradient and where
@@ -124,6 +125,7 @@ LayerAreas AreasFor(const WorkImage& work, const PixelBuffer& output) {
   };
   const int64_t left = work.left, top = work.top;
   LayerAreas areas;
+  areas.layout = work.area;
   areas.callerBuffer = {fit(-left), fit(-top), fit(output.width() - left), fit(output.height() - top)};
   return areas;
 }
@@ -228,8 +230,10 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   WorkImage image(caller.scratch[0]);
   if (!MakeWorkImage(&image, width, height, left, top, reach, output)) return;
   PixelBuffer& work = image.pixels;
-  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, image);
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
   if (!temp) return;
+  LayerAreas layout;
+  layout.layout = image.area;
 
   // The shape in the Shadow colour: both layers solid, untextured, unembossed.
   const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
@@ -251,14 +255,12 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     PixelBuffer& faceImage = caller.scratch[1];
     if (!faceImage.reuse(work.width(), work.height())) return;
     faceImage.placeAt(work.rect().left, work.rect().top);
-    temp->surface = faceImage.view();
-    DrawLayer(*temp, kDrawFace, LayerAreas{});
-    temp->surface = work.view();
-    DrawLayer(*temp, kDrawOutline, LayerAreas{});
+    Draw(*temp, faceImage.view(), kDrawFace, layout);
+    Draw(*temp, work.view(), kDrawOutline, layout);
     const uint32_t bound = uint32_t{alpha} << 24;
     BlendOverClamped(faceImage.placed(), work.placed(), bound, bound);
   } else {
-    DrawLayer(*temp, kDrawFace, LayerAreas{});
+    Draw(*temp, work.view(), kDrawFace, layout);
   }
 
   if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
@@ -283,7 +285,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
     return;
   }
   PixelBuffer& work = image.pixels;
-  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, image);
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
   if (!temp || !temp->copySettingsFrom(caller)) return;
   if (caller.face.textureInUse()) temp->face.takeTextureFrom(caller.face.texture.get());
   if (caller.outline.textureInUse()) temp->outline.takeTextureFrom(caller.outline.texture.get());
@@ -292,7 +294,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
 
   const LayerAreas areas = AreasFor(image, output);
 
-  DrawLayer(*temp, kDrawFace, areas);
+  Draw(*temp, work.view(), kDrawFace, areas);
   if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
   Blur(caller, work, caller.face.blurLevel);
   if (!g.outline) {
@@ -309,7 +311,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
              count, s.mmx);
   ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count, s.mmx);
 
-  DrawLayer(*temp, kDrawOutline, areas);
+  Draw(*temp, work.view(), kDrawOutline, areas);
   if (s.border && caller.bevel) {
     caller.bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
                               kBorderBlurRadius, caller.blur.get());
@@ -340,7 +342,7 @@ bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, 
   process.path.clear();
   const double thickness = process.strokeWidth;
   const IntRect glyphRect = DecodeOutlineBlock(block, size, false, &process.path);
-  if (IsEmpty(glyphRect) || process.path.empty()) return false;
+  if (glyphRect.empty() || process.path.empty()) return false;
 
   CallSettings s;
   s.geometry = MeasureWork(glyphRect, thickness, process.face.blurLevel, process.outline.blurLevel,

@@ -1,8 +1,9 @@
+#include "settings/fill_settings.h"
+
 #include <cstdint>
 #include <new>
 
 #include "image/caller_memory.h"
-#include "settings/render_process.h"
 
 namespace lx {
 
@@ -107,11 +108,8 @@ void FillSettings::setGradientAngle(double radians) {
 }
 
 bool FillSettings::setUserGradientArea(int32_t left, int32_t top, int32_t right, int32_t bottom) {
-  userGradientArea.left = left;
-  userGradientArea.top = top;
-  userGradientArea.right = right;
-  userGradientArea.bottom = bottom;
-  return !platform::IsRectEmpty(&userGradientArea);
+  userGradientArea = {left, top, right, bottom};
+  return !userGradientArea.empty();
 }
 
 bool FillSettings::setTexture(const void* pixels, int32_t width, int32_t height) noexcept {

@@ -16,7 +16,7 @@ std::unique_ptr<TextureImage> TextureImage::CopyOpaque(const uint32_t* source, i
                                                        int32_t height) noexcept {
   std::unique_ptr<TextureImage> image(new (std::nothrow) TextureImage);
   if (!image) return nullptr;
-  platform::SetRect(&image->bounds, 0, 0, width, height);
+  image->bounds = {0, 0, width, height};
   image->width = width;
   image->height = height;
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "image/pixel_view.h"
 #include "platform/platform.h"
 
 namespace lx {
@@ -21,9 +22,9 @@ struct TextureImage {
   static std::unique_ptr<TextureImage> CopyOpaque(const uint32_t* source, int32_t width,
                                                   int32_t height) noexcept;
 
-  platform::HGLOBAL handle = nullptr;
-  platform::RECT bounds{0, 0, 0, 0};  // (0, 0, width, height); moved while the texture is placed
-  uint32_t* pixels = nullptr;         // locked for the record's whole life; null when allocation failed
+  platform::MemoryHandle handle = nullptr;
+  IntRect bounds;              // (0, 0, width, height); moved while the texture is placed
+  uint32_t* pixels = nullptr;  // locked for the record's whole life; null when allocation failed
   int32_t width = 0;
   int32_t height = 0;
 };

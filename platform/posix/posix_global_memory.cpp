@@ -32,7 +32,7 @@ struct Block {
 
 class Registry {
  public:
-  HGLOBAL Add(void* p, size_t bytes, bool movable) {
+  MemoryHandle Add(void* p, size_t bytes, bool movable) {
     std::lock_guard<std::mutex> guard(mutex_);
     blocks_.emplace(p, Block{bytes, movable, 0});
     return p;
@@ -40,7 +40,7 @@ class Registry {
 
   // Runs f(block) under the lock when h is a live block; returns whether it was one.
   template <typename F>
-  bool With(HGLOBAL h, F&& f) {
+  bool With(MemoryHandle h, F&& f) {
     if (IsNoBlock(h)) return false;
     std::lock_guard<std::mutex> guard(mutex_);
     auto it = blocks_.find(h);
@@ -49,7 +49,7 @@ class Registry {
     return true;
   }
 
-  bool Remove(HGLOBAL h) {
+  bool Remove(MemoryHandle h) {
     if (IsNoBlock(h)) return false;
     std::lock_guard<std::mutex> guard(mutex_);
     return blocks_.erase(h) == 1;
@@ -67,7 +67,7 @@ Registry& Blocks() {
 
 }  // namespace
 
-HGLOBAL GlobalAlloc(UINT flags, size_t bytes) {
+MemoryHandle GlobalAlloc(unsigned flags, size_t bytes) {
   // A block of no bytes could be locked to no memory at all; the caller gets no block instead.
   if (bytes == 0 || bytes > kMaxBlockBytes) return nullptr;
   void* p = (flags & kGmemZeroInit) != 0 ? std::calloc(1, bytes) : std::malloc(bytes);
@@ -80,30 +80,30 @@ HGLOBAL GlobalAlloc(UINT flags, size_t bytes) {
   }
 }
 
-void* GlobalLock(HGLOBAL h) {
+void* GlobalLock(MemoryHandle h) {
   const bool live = Blocks().With(h, [](Block& b) {
     if (b.movable && b.locks < kMaxLockCount) ++b.locks;
   });
   return live ? h : nullptr;
 }
 
-BOOL GlobalUnlock(HGLOBAL h) {
+int GlobalUnlock(MemoryHandle h) {
   // Nonzero only while a movable block is still locked; a fixed block never counts locks.
-  BOOL stillLocked = 0;
+  int stillLocked = 0;
   Blocks().With(h, [&](Block& b) {
     if (b.movable && b.locks > 0) stillLocked = --b.locks > 0 ? 1 : 0;
   });
   return stillLocked;
 }
 
-HGLOBAL GlobalFree(HGLOBAL h) {
+MemoryHandle GlobalFree(MemoryHandle h) {
   // Like kernel32, a block is freed even while locked.
   if (!Blocks().Remove(h)) return h;
   std::free(h);
   return nullptr;
 }
 
-size_t GlobalSize(HGLOBAL h) {
+size_t GlobalSize(MemoryHandle h) {
   size_t bytes = 0;
   Blocks().With(h, [&](Block& b) { bytes = b.bytes; });
   return bytes;

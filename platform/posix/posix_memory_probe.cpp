@@ -270,7 +270,7 @@ Verdict ProbeByCopying(uintptr_t first, uintptr_t last, Access access) {
 
 namespace {
 
-BOOL IsBad(const void* p, uintptr_t n, posix::Access access) {
+int IsBad(const void* p, uintptr_t n, posix::Access access) {
   if (n == 0) return 0;
   if (p == nullptr) return 1;
   const uintptr_t first = reinterpret_cast<uintptr_t>(p);
@@ -285,10 +285,10 @@ BOOL IsBad(const void* p, uintptr_t n, posix::Access access) {
 
 }  // namespace
 
-BOOL IsBadReadPtr(const void* p, uintptr_t n) {
+int IsBadReadPtr(const void* p, uintptr_t n) {
   return IsBad(p, n, posix::Access::kRead);
 }
-BOOL IsBadWritePtr(void* p, uintptr_t n) {
+int IsBadWritePtr(void* p, uintptr_t n) {
   return IsBad(p, n, posix::Access::kWrite);
 }
 

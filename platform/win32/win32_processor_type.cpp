@@ -1,4 +1,5 @@
 #include "platform/platform.h"
+#include "platform/win32/win32_calls.h"
 
 namespace lx::platform {
 

@@ -6,7 +6,7 @@
 
 #include "effects/channel_tint.h"
 #include "lettrix/lettrix.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 #include "tests/support/guard_pages.h"
 
 namespace {

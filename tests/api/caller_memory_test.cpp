@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "lettrix/lettrix.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 #include "tests/support/guard_pages.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "lettrix/lettrix.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 
 namespace {
 

@@ -28,7 +28,7 @@ class RenderArguments : public ::testing::Test {
   }
 
   RenderHandle slot_ = 0;
-  lx::platform::HGLOBAL block_ = nullptr;
+  lx::platform::MemoryHandle block_ = nullptr;
 };
 
 TEST_F(RenderArguments, EachEarlyCheckRefusesWithTheBufferUntouched) {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "api/process_handle.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 #include "tests/support/contour_records.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"

@@ -8,7 +8,7 @@
 
 #include "effects/layer_drawing.h"
 #include "render/outline_decoder.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 #include "tests/support/contour_records.h"
 
 namespace lx::test {
@@ -28,7 +28,7 @@ inline int Channel(uint32_t pixel, int shift) {
 class DrawingScene {
  public:
   DrawingScene(int32_t width, int32_t height) : pixels_(static_cast<size_t>(width) * height, 0u) {
-    process.surface = {reinterpret_cast<uint8_t*>(pixels_.data()), width, height, width * 4};
+    surface = {reinterpret_cast<uint8_t*>(pixels_.data()), width, height, width * 4};
     process.strokeWidth = 0.0;
   }
 
@@ -36,7 +36,10 @@ class DrawingScene {
     process.path.clear();
     DecodeOutlineBlock(records.bytes().data(), records.bytes().size(), false, &process.path);
   }
-  void draw(int32_t mode, const LayerAreas& areas = LayerAreas{}) { DrawLayer(process, mode, areas); }
+  void draw(int32_t mode, const LayerAreas& areas = LayerAreas{}) {
+    DrawLayer(surface, process.path, process.glyphMatrix, process.face, process.outline, process.strokeWidth,
+              mode, areas);
+  }
   void clear() { std::fill(pixels_.begin(), pixels_.end(), 0u); }
 
   // Gives a layer a texture that wraps test-owned pixels (no global memory to release).
@@ -51,9 +54,9 @@ class DrawingScene {
     layer->fillType = 1;
   }
 
-  uint32_t at(int x, int y) const { return pixels_[static_cast<size_t>(y) * process.surface.width + x]; }
-  int width() const { return process.surface.width; }
-  int height() const { return process.surface.height; }
+  uint32_t at(int x, int y) const { return pixels_[static_cast<size_t>(y) * surface.width + x]; }
+  int width() const { return surface.width; }
+  int height() const { return surface.height; }
   // The covered area in pixels: the sum of alpha / 255.
   double coverage() const {
     double sum = 0;
@@ -63,6 +66,7 @@ class DrawingScene {
   const std::vector<uint32_t>& pixels() const { return pixels_; }
 
   RenderProcess process;
+  PixelView surface;
 
  private:
   std::vector<uint32_t> pixels_;

@@ -174,7 +174,7 @@ TEST(LayerDrawing, EmptySurfaceOrPathDrawsNothing) {
   test::ContourRecords r;
   test::AddSquare(&r, 0, 0, 5);
   s.setPath(r);
-  s.process.surface.pixels = nullptr;
+  s.surface.pixels = nullptr;
   s.draw(kDrawFace);
   EXPECT_EQ(s.coverage(), 0.0);
 }
@@ -244,14 +244,14 @@ TEST(UniformColour, SameColourOfFaceAndOutline) {
   DrawingScene s(1, 1);
   s.process.face.startColour = s.process.face.endColour = Packed(5, 6, 7, 255);
   s.process.outline.startColour = s.process.outline.endColour = Packed(5, 6, 7, 255);
-  EXPECT_EQ(SameUniformColour(s.process), 1);
+  EXPECT_EQ(SameUniformColour(s.process.face, s.process.outline), 1);
   s.process.outline.endColour = Packed(5, 6, 7, 254);
-  EXPECT_EQ(SameUniformColour(s.process), 0);
+  EXPECT_EQ(SameUniformColour(s.process.face, s.process.outline), 0);
   s.process.outline.endColour = s.process.outline.startColour = Packed(5, 6, 8, 255);
-  EXPECT_EQ(SameUniformColour(s.process), 0);
+  EXPECT_EQ(SameUniformColour(s.process.face, s.process.outline), 0);
   s.process.outline.startColour = s.process.outline.endColour = Packed(5, 6, 7, 255);
   s.process.face.fillType = 1;
-  EXPECT_EQ(SameUniformColour(s.process), 0);
+  EXPECT_EQ(SameUniformColour(s.process.face, s.process.outline), 0);
 }
 
 TEST(UniformColour, LayerAlphaEquals) {

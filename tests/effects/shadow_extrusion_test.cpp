@@ -10,7 +10,7 @@
 #include "effects/blur_filter.h"
 #include "effects_test_image.h"
 #include "platform/platform.h"
-#include "render/compositing.h"
+#include "effects/compositing.h"
 
 namespace lx {
 namespace {
@@ -29,13 +29,13 @@ struct Walk {
   PlacedView layer;
 };
 
-void LX_LINEDDA_CALLBACK Record(int x, int y, platform::LPARAM data) {
+void Record(int x, int y, intptr_t data) {
   reinterpret_cast<Walk*>(data)->points.emplace_back(x, y);
 }
 
 // The extrusion taken literally: every point of the full LineDDA walk shifts the layer's rectangle and
 // lays the copy over it (BlendOver clips whatever does not overlap).
-void LX_LINEDDA_CALLBACK StampLiterally(int x, int y, platform::LPARAM data) {
+void StampLiterally(int x, int y, intptr_t data) {
   Walk& walk = *reinterpret_cast<Walk*>(data);
   walk.layer.rect = {x, y, x + walk.layer.view.width, y + walk.layer.view.height};
   BlendOver(walk.copy, walk.layer);
@@ -47,7 +47,7 @@ TestImage ReferenceExtrusion(const TestImage& image, int32_t dx, int32_t dy) {
   Walk walk;
   walk.copy = {copy.view(), {0, 0, copy.width, copy.height}};
   walk.layer = {result.view(), {}};
-  platform::LineDDA(-dx, -dy, 0, 0, StampLiterally, reinterpret_cast<platform::LPARAM>(&walk));
+  platform::LineDDA(-dx, -dy, 0, 0, StampLiterally, reinterpret_cast<intptr_t>(&walk));
   return result;
 }
 
@@ -102,7 +102,7 @@ TEST(Extrude, HorizontalOffsetStampsAtEachStepBackToTheGlyphs) {
 
 TEST(Extrude, StampsAtThePointsLineDDAReports) {
   Walk walk;
-  platform::LineDDA(3, -7, 0, 0, Record, reinterpret_cast<platform::LPARAM>(&walk));
+  platform::LineDDA(3, -7, 0, 0, Record, reinterpret_cast<intptr_t>(&walk));
   ASSERT_EQ(walk.points.size(), 7u);
   EXPECT_EQ(walk.points.front(), std::make_pair(3, -7));
 

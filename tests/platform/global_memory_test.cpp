@@ -12,8 +12,8 @@
 namespace lx::platform {
 namespace {
 
-HGLOBAL AllOnes() {
-  return reinterpret_cast<HGLOBAL>(~uintptr_t{0});
+MemoryHandle AllOnes() {
+  return reinterpret_cast<MemoryHandle>(~uintptr_t{0});
 }
 
 bool AllZero(const void* p, size_t n) {
@@ -25,7 +25,7 @@ bool AllZero(const void* p, size_t n) {
 }
 
 TEST(GlobalMemory, FixedZeroInitBlockIsItsOwnAddress) {
-  HGLOBAL h = GlobalAlloc(kGmemFixed | kGmemZeroInit, 1000);
+  MemoryHandle h = GlobalAlloc(kGmemFixed | kGmemZeroInit, 1000);
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(GlobalSize(h), 1000u);
   EXPECT_EQ(GlobalLock(h), h);
@@ -35,7 +35,7 @@ TEST(GlobalMemory, FixedZeroInitBlockIsItsOwnAddress) {
 }
 
 TEST(GlobalMemory, MovableBlockCountsLocks) {
-  HGLOBAL h = GlobalAlloc(kGmemMoveableZeroInit, 4096);
+  MemoryHandle h = GlobalAlloc(kGmemMoveableZeroInit, 4096);
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(GlobalSize(h), 4096u);
   void* p = GlobalLock(h);
@@ -55,7 +55,7 @@ TEST(GlobalMemory, MovableBlockCountsLocks) {
 }
 
 TEST(GlobalMemory, LockCountStopsAt255) {
-  HGLOBAL h = GlobalAlloc(kGmemMoveableZeroInit, 16);
+  MemoryHandle h = GlobalAlloc(kGmemMoveableZeroInit, 16);
   ASSERT_NE(h, nullptr);
   for (int i = 0; i < 300; ++i) ASSERT_NE(GlobalLock(h), nullptr);
   for (int i = 0; i < 254; ++i) ASSERT_NE(GlobalUnlock(h), 0) << i;
@@ -64,7 +64,7 @@ TEST(GlobalMemory, LockCountStopsAt255) {
 }
 
 TEST(GlobalMemory, NoBlockHandlesAreRefused) {
-  for (HGLOBAL h : {HGLOBAL{nullptr}, AllOnes()}) {
+  for (MemoryHandle h : {MemoryHandle{nullptr}, AllOnes()}) {
     EXPECT_TRUE(IsNoBlock(h));
     EXPECT_EQ(GlobalSize(h), 0u);
     EXPECT_EQ(GlobalLock(h), nullptr);
@@ -84,7 +84,7 @@ TEST(GlobalMemory, MemoryThatIsNoBlockIsRefused) {
 }
 
 TEST(GlobalMemory, FreedHandleIsRefused) {
-  HGLOBAL h = GlobalAlloc(kGmemFixed, 32);
+  MemoryHandle h = GlobalAlloc(kGmemFixed, 32);
   ASSERT_NE(h, nullptr);
   ASSERT_EQ(GlobalFree(h), nullptr);
   EXPECT_EQ(GlobalFree(h), h);
@@ -95,7 +95,7 @@ TEST(GlobalMemory, ImpossibleSizesGiveNoBlock) {
   EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, ~size_t{0} - 0xFFFF), nullptr);
   EXPECT_EQ(GlobalAlloc(kGmemFixed, ~size_t{0}), nullptr);
   // Whatever a request for no bytes gives, it has no size.
-  HGLOBAL empty = GlobalAlloc(kGmemMoveableZeroInit, 0);
+  MemoryHandle empty = GlobalAlloc(kGmemMoveableZeroInit, 0);
   EXPECT_EQ(GlobalSize(empty), 0u);
   EXPECT_EQ(GlobalFree(empty), nullptr);
 }
@@ -107,7 +107,7 @@ TEST(GlobalMemory, ThreadsAllocateLockAndFreeIndependently) {
     threads.emplace_back([t, &failures] {
       for (int i = 0; i < 500; ++i) {
         const size_t bytes = 1 + static_cast<size_t>((i * 37 + t * 11) % 700);
-        HGLOBAL h = GlobalAlloc(kGmemMoveableZeroInit, bytes);
+        MemoryHandle h = GlobalAlloc(kGmemMoveableZeroInit, bytes);
         auto* p = static_cast<uint8_t*>(GlobalLock(h));
         if (p == nullptr || GlobalSize(h) != bytes || !AllZero(p, bytes)) {
           ++failures;

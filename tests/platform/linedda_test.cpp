@@ -12,13 +12,13 @@ namespace {
 
 using Points = std::vector<std::pair<int, int>>;
 
-void LX_LINEDDA_CALLBACK Collect(int x, int y, LPARAM data) {
+void Collect(int x, int y, intptr_t data) {
   reinterpret_cast<Points*>(data)->emplace_back(x, y);
 }
 
 Points Walk(int x1, int y1, int x2, int y2) {
   Points points;
-  EXPECT_NE(LineDDA(x1, y1, x2, y2, Collect, reinterpret_cast<LPARAM>(&points)), 0);
+  EXPECT_NE(LineDDA(x1, y1, x2, y2, Collect, reinterpret_cast<intptr_t>(&points)), 0);
   return points;
 }
 

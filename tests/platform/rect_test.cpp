@@ -1,14 +1,14 @@
-// The rectangle helpers as the library uses them (user32 on Windows).
+// The portable stand-ins for user32's rectangle helpers.
 #include <gtest/gtest.h>
 
 #include <climits>
 
-#include "platform/platform.h"
+#include "platform/portable_rect.h"
 
-namespace lx::platform {
+namespace lx::portable {
 namespace {
 
-void ExpectRect(const RECT& r, int left, int top, int right, int bottom) {
+void ExpectRect(const Rect& r, int left, int top, int right, int bottom) {
   EXPECT_EQ(r.left, left);
   EXPECT_EQ(r.top, top);
   EXPECT_EQ(r.right, right);
@@ -16,13 +16,13 @@ void ExpectRect(const RECT& r, int left, int top, int right, int bottom) {
 }
 
 TEST(Rect, SetCopyAndClear) {
-  RECT r;
+  Rect r;
   EXPECT_NE(SetRect(&r, 1, 2, 30, 40), 0);
   ExpectRect(r, 1, 2, 30, 40);
   // Stored as given, not normalised.
   EXPECT_NE(SetRect(&r, 9, 8, -7, -6), 0);
   ExpectRect(r, 9, 8, -7, -6);
-  RECT copy{};
+  Rect copy{};
   EXPECT_NE(CopyRect(&copy, &r), 0);
   ExpectRect(copy, 9, 8, -7, -6);
   EXPECT_NE(SetRectEmpty(&copy), 0);
@@ -30,7 +30,7 @@ TEST(Rect, SetCopyAndClear) {
 }
 
 TEST(Rect, OffsetAndInflate) {
-  RECT r;
+  Rect r;
   SetRect(&r, 10, 20, 30, 40);
   EXPECT_NE(OffsetRect(&r, -15, 5), 0);
   ExpectRect(r, -5, 25, 15, 45);
@@ -42,7 +42,7 @@ TEST(Rect, OffsetAndInflate) {
 }
 
 TEST(Rect, ArithmeticWrapsAtTheInt32Limits) {
-  RECT r;
+  Rect r;
   SetRect(&r, INT_MAX, INT_MIN, INT_MAX, INT_MIN);
   OffsetRect(&r, 1, -1);
   ExpectRect(r, INT_MIN, INT_MAX, INT_MIN, INT_MAX);
@@ -51,7 +51,7 @@ TEST(Rect, ArithmeticWrapsAtTheInt32Limits) {
 }
 
 TEST(Rect, EmptyMeansNoWidthOrNoHeight) {
-  RECT r;
+  Rect r;
   SetRect(&r, 0, 0, 1, 1);
   EXPECT_EQ(IsRectEmpty(&r), 0);
   SetRect(&r, 5, 0, 5, 10);
@@ -66,7 +66,7 @@ TEST(Rect, EmptyMeansNoWidthOrNoHeight) {
 }
 
 TEST(Rect, NullRectanglesFail) {
-  RECT r{1, 2, 3, 4};
+  Rect r{1, 2, 3, 4};
   EXPECT_EQ(SetRect(nullptr, 1, 2, 3, 4), 0);
   EXPECT_EQ(SetRectEmpty(nullptr), 0);
   EXPECT_EQ(CopyRect(nullptr, &r), 0);
@@ -77,4 +77,4 @@ TEST(Rect, NullRectanglesFail) {
 }
 
 }  // namespace
-}  // namespace lx::platform
+}  // namespace lx::portable

@@ -1,4 +1,4 @@
-#include "render/agg_pipeline.h"
+#include "effects/agg_pipeline.h"
 
 #include <array>
 

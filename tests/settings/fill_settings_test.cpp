@@ -5,7 +5,7 @@
 #include <new>
 #include <vector>
 
-#include "settings/render_process.h"
+#include "render/render_process.h"
 #include "tests/support/guard_pages.h"
 
 namespace lx {
@@ -216,7 +216,8 @@ TEST(FillTexture, RecordWithoutAPixelBlockKeepsItsSize) {
   const int32_t width = 32768, height = 16385;
   const uint64_t bytes = uint64_t{width} * height * 4;
   // 64-bit Windows gives such a block (the limit is that of 32-bit processes and of the stand-in).
-  if (platform::HGLOBAL probe = platform::GlobalAlloc(platform::kGmemMoveable, static_cast<size_t>(bytes))) {
+  if (platform::MemoryHandle probe =
+          platform::GlobalAlloc(platform::kGmemMoveable, static_cast<size_t>(bytes))) {
     platform::GlobalFree(probe);
     GTEST_SKIP() << "this system allocates a block of " << bytes << " bytes; the failure cannot be made";
   }

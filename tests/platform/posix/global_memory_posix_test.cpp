@@ -20,7 +20,7 @@ TEST(GlobalMemoryStandIn, RequestsBeyondTwoGigabytesAreRefused) {
 }
 
 TEST(GlobalMemoryStandIn, MovableHandleIsTheAddressToo) {
-  HGLOBAL h = GlobalAlloc(kGmemMoveableZeroInit, 64);
+  MemoryHandle h = GlobalAlloc(kGmemMoveableZeroInit, 64);
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(GlobalLock(h), h);
   EXPECT_EQ(GlobalUnlock(h), 0);
@@ -28,7 +28,7 @@ TEST(GlobalMemoryStandIn, MovableHandleIsTheAddressToo) {
 }
 
 TEST(GlobalMemoryStandIn, FixedBlocksCountNoLocks) {
-  HGLOBAL h = GlobalAlloc(kGmemFixed, 64);
+  MemoryHandle h = GlobalAlloc(kGmemFixed, 64);
   ASSERT_NE(h, nullptr);
   EXPECT_EQ(GlobalLock(h), h);
   EXPECT_EQ(GlobalLock(h), h);
@@ -40,12 +40,12 @@ TEST(GlobalMemoryStandIn, MemoryThatIsNoBlockCannotBeLocked) {
   uint8_t bytes[32] = {};
   EXPECT_EQ(GlobalLock(bytes), nullptr);
   EXPECT_EQ(GlobalUnlock(bytes), 0);
-  HGLOBAL h = GlobalAlloc(kGmemFixed, 32);
+  MemoryHandle h = GlobalAlloc(kGmemFixed, 32);
   ASSERT_EQ(GlobalFree(h), nullptr);
   EXPECT_EQ(GlobalLock(h), nullptr);
   EXPECT_EQ(GlobalSize(h), 0u);
   // An address inside a live block is not its handle.
-  HGLOBAL live = GlobalAlloc(kGmemFixed, 32);
+  MemoryHandle live = GlobalAlloc(kGmemFixed, 32);
   ASSERT_NE(live, nullptr);
   EXPECT_EQ(GlobalSize(static_cast<uint8_t*>(live) + 1), 0u);
   EXPECT_EQ(GlobalFree(live), nullptr);

@@ -1,4 +1,4 @@
-#include "settings/render_process.h"
+#include "render/render_process.h"
 
 #include <gtest/gtest.h>
 
@@ -49,7 +49,7 @@ TEST(RenderProcessDefaults, FreshProcessHoldsTheDocumentedDefaults) {
     EXPECT_TRUE(f->gradientStops.empty());
     EXPECT_EQ(f->gradientFitMode, 0);
     EXPECT_EQ(f->useGradientTable, 0);
-    EXPECT_TRUE(platform::IsRectEmpty(&f->userGradientArea));
+    EXPECT_TRUE(f->userGradientArea.empty());
     EXPECT_EQ(f->userGradientArea.left, 0);
     EXPECT_EQ(f->userGradientArea.bottom, 0);
     EXPECT_EQ(f->blurLevel, 0);

@@ -4,7 +4,7 @@
 
 #include "effects/channel_tint.h"
 #include "effects/emboss_filter.h"
-#include "settings/render_process.h"
+#include "render/render_process.h"
 
 namespace lx {
 namespace {

@@ -1,4 +1,4 @@
-#include "settings/render_process.h"
+#include "render/render_process.h"
 
 #include <new>
 
@@ -31,8 +31,6 @@ uint8_t FlagSetter(uint8_t* field, const uint8_t* value) {
 RenderProcess::RenderProcess() noexcept {
   face.startColour = 0xFFFFFFFFu;
   face.endColour = 0xFFFFFFFFu;
-  platform::SetRectEmpty(&face.userGradientArea);
-  platform::SetRectEmpty(&outline.userGradientArea);
   hasMMX = platform::HasMMX() ? 1 : 0;
 
   // Released in this same order by the destructor. A failed allocation leaves its pointer null, which

@@ -1,4 +1,4 @@
-#include "render/agg_companions.h"
+#include "effects/agg_companions.h"
 
 #include <cmath>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "render/compositing.h"
+#include "effects/compositing.h"
 
 #include <algorithm>
 
