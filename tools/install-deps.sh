@@ -6,12 +6,14 @@ set -euo pipefail
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
              libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev)
 windows_pkgs=(g++-mingw-w64-i686 wine wine32)
+# The Python package, for Debian's own interpreter, and what its tests use.
+python_pkgs=(python3 python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pytest python3-pil)
 
 want_windows=1
 [ "${1:-}" = "--native-only" ] && want_windows=0
 
 missing=()
-for p in "${native_pkgs[@]}"; do
+for p in "${native_pkgs[@]}" "${python_pkgs[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
 done
 if [ "$want_windows" = 1 ]; then

@@ -1,0 +1,168 @@
+"""Every keyword of lettrix.render takes the values at the ends of its documented range and refuses those
+just outside, with the lettrix program's message, the keyword's name and its range."""
+
+import re
+
+import pytest
+
+import lettrix
+from lettrix import _keywords
+
+KEYWORDS = _keywords.KEYWORDS
+RANGE = re.compile(r"^(-?\d+(?:\.\d+)?)\.\.(-?\d+(?:\.\d+)?)")
+FIRST_TEXTURE = "gen:" + lettrix._lettrix.generated_textures().split(",")[0].strip()
+
+
+def numeric_range(keyword):
+    match = RANGE.match(keyword.range)
+    assert match, f"{keyword.name}: no range in {keyword.range!r}"
+    low, high = float(match.group(1)), float(match.group(2))
+    if keyword.decimal:
+        return low, high, low - 0.001, high + 0.001
+    return int(low), int(high), int(low) - 1, int(high) + 1
+
+
+def shaped(keyword, value):
+    """A number in the keyword's own shape: a single value, or the same value in every place."""
+    places = {"X,Y": 2, "DX,DY": 2, "X[,Y]": 2, "WxH|fit": 2}.get(keyword.form, 1)
+    return value if places == 1 else (value,) * places
+
+
+def numeric_cases():
+    accepted, refused = [], []
+    for keyword in KEYWORDS.values():
+        if keyword.form in ("PX", "N", "DEGREES", "FACTOR", "X,Y", "DX,DY", "X[,Y]", "WxH|fit"):
+            low, high, below, above = numeric_range(keyword)
+            accepted += [(keyword.name, shaped(keyword, low)), (keyword.name, shaped(keyword, high))]
+            refused += [(keyword.name, shaped(keyword, below)), (keyword.name, shaped(keyword, above))]
+            if keyword.form in ("X,Y", "DX,DY", "WxH|fit"):  # each place is checked on its own
+                refused.append((keyword.name, (low, above)))
+    return accepted, refused
+
+
+NUMERIC_ACCEPTED, NUMERIC_REFUSED = numeric_cases()
+
+
+def choices(form):
+    return form.split("|")
+
+
+# Values for the keywords whose forms are not plain numbers: (accepted, refused).
+def other_cases():
+    accepted, refused = [], []
+    for keyword in KEYWORDS.values():
+        name, form = keyword.name, keyword.form
+        if not form:
+            accepted += [(name, True), (name, False)]
+        elif form == "COLOUR":
+            accepted += [(name, (0, 0, 0, 0)), (name, (255, 255, 255)), (name, "#FFFFFF"), (name, "#00000000")]
+            refused += [(name, (256, 0, 0)), (name, (0, -1, 0, 0)), (name, "#GG0000"), (name, "#1234567")]
+        elif form == "START,END":
+            accepted += [(name, ("#000000", (255, 255, 255, 255)))]
+            refused += [(name, ("#000000", (0, 0, 256))), (name, "#000000")]
+        elif form.startswith("C[:W]"):
+            accepted += [(name, ["#102030"]), (name, ["#102030"] * 255),
+                         (name, [("#000000", 0), ("#FFFFFF", 1000000)])]
+            refused += [(name, []), (name, ["#102030"] * 256), (name, [("#000000", -1), ("#FFFFFF", 1)]),
+                        (name, [("#000000", 1), ("#FFFFFF", 1000001)])]
+        elif form == "L,T,R,B":
+            accepted += [(name, (-32768, -32768, 32767, 32767)), (name, (0, 0, 1, 1))]
+            refused += [(name, (5, 0, 5, 10)), (name, (0, 10, 10, 10)), (name, (-32769, 0, 1, 1)),
+                        (name, (0, 0, 32768, 1))]
+        elif form == "SHAPE":
+            accepted += [(name, "vertical"), (name, "radial"), (name, "radial:0,1"), (name, "linear:-180"),
+                         (name, "linear:180")]
+            refused += [(name, "linear:180.001"), (name, "linear:-180.001"), (name, "radial:0,1.001"),
+                        (name, "radial:-0.001,1"), (name, "diagonal")]
+        elif form == "FILE|gen:NAME":
+            accepted += [(name, FIRST_TEXTURE), (name, "some-file.png")]
+            refused += [(name, "")]
+        elif form == "TAG":
+            accepted += [(name, "ar"), (name, "sr-Latn")]
+            refused += [(name, "not a tag")]
+        elif form == "LIST":
+            accepted += [(name, "liga=0,kern"), (name, "+smcp")]
+            refused += [(name, "liga=?")]
+        elif form in ("FILE", "PATTERN"):
+            accepted += [(name, "DejaVu Sans" if form == "PATTERN" else "any.ttf")]
+        elif "|" in form and form not in ("WxH|fit",):
+            accepted += [(name, choice) for choice in choices(form)]
+            refused += [(name, "bogus")]
+    return accepted, refused
+
+
+OTHER_ACCEPTED, OTHER_REFUSED = other_cases()
+ACCEPTED = NUMERIC_ACCEPTED + OTHER_ACCEPTED
+REFUSED = NUMERIC_REFUSED + OTHER_REFUSED
+
+
+def test_every_keyword_has_cases():
+    covered = {name for name, _ in ACCEPTED}
+    assert covered == set(KEYWORDS)
+    refused = {name for name, _ in REFUSED}
+    # A font file, a family pattern and switches have no values to refuse at this stage.
+    no_range = {k.name for k in KEYWORDS.values() if not k.form or k.form in ("FILE", "PATTERN")}
+    assert refused | no_range == set(KEYWORDS)
+
+
+def case_id(case):
+    name, value = case
+    text = repr(value)
+    return f"{name}={text if len(text) < 40 else text[:37] + '...'}"
+
+
+@pytest.mark.parametrize("case", ACCEPTED, ids=case_id)
+def test_value_at_the_ends_of_its_range_is_accepted(case):
+    name, value = case
+    _keywords.settings_from(None, {name: value})
+
+
+@pytest.mark.parametrize("case", REFUSED, ids=case_id)
+def test_value_just_outside_its_range_is_refused_naming_the_keyword(case):
+    name, value = case
+    with pytest.raises(ValueError) as refused:
+        lettrix.render("x", **{name: value})
+    message = str(refused.value)
+    assert message.startswith(name + ": ")
+    keyword = KEYWORDS[name]
+    if keyword.range:
+        assert keyword.range in message
+
+
+@pytest.mark.parametrize("case", NUMERIC_REFUSED, ids=case_id)
+def test_refusal_carries_the_programs_message(run_program, case):
+    name, value = case
+    with pytest.raises(ValueError) as refused:
+        lettrix.render("x", **{name: value})
+    code, _, stderr = run_program(_keywords.command_line(None, {name: value}), "x")
+    assert code == 2
+    program_message = str(refused.value)[len(name) + 2 :].split("; " + name + " takes")[0]
+    assert program_message in stderr
+
+
+WRONG_TYPES = [
+    ("size", "96"), ("size", True), ("size", [96]), ("face_color", 0xFF0000), ("face_color", (1.0, 0, 0)),
+    ("shadow_offset", 5), ("shadow_offset", ("1", "2")), ("canvas", 300), ("bevel", 1), ("emboss", "yes"),
+    ("font", 12), ("align", 0), ("face_stops", 7), ("translate", {"x": 1}),
+]
+
+
+@pytest.mark.parametrize("case", WRONG_TYPES, ids=case_id)
+def test_value_of_the_wrong_type_raises_type_error(case):
+    name, value = case
+    with pytest.raises(TypeError, match=f"^{name}: "):
+        lettrix.render("x", **{name: value})
+
+
+def test_unknown_keyword_and_unknown_preset():
+    with pytest.raises(TypeError, match="outline_widht"):
+        lettrix.render("x", outline_widht=3)
+    with pytest.raises(ValueError, match="^preset: "):
+        lettrix.render("x", preset="no-such-preset")
+
+
+def test_conflicting_keywords_are_refused():
+    with pytest.raises(ValueError, match="face_color and face_stops"):
+        lettrix.render("x", face_color="red", face_stops=["red", "blue"])
+    with pytest.raises(ValueError, match="font and family"):
+        lettrix.render("x", font="a.ttf", family="DejaVu Sans")
