@@ -2,7 +2,6 @@
 
 #include <fontconfig/fontconfig.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -124,9 +123,11 @@ size_t FontSet::FontFor(uint32_t cp, bool fallback) {
   for (size_t i = 0; i < fonts_.size(); ++i) {
     if (FT_Get_Char_Index(fonts_[i]->face, cp) != 0) return i;
   }
-  if (!fallback || !FontConfig() || std::find(unfound_.begin(), unfound_.end(), cp) != unfound_.end()) {
+  if (!fallback || !FontConfig() || unfound_.count(cp) != 0 || lookups_ >= kMostLookups ||
+      fonts_.size() >= kMostFonts) {
     return 0;
   }
+  ++lookups_;
   // A font with the character, as close to the chosen one's weight and slant as fontconfig can find.
   Pattern pattern(FcPatternCreate());
   FcCharSet* charset = FcCharSetCreate();
@@ -152,23 +153,23 @@ size_t FontSet::FontFor(uint32_t cp, bool fallback) {
   const std::string file = match ? FileOf(match.get(), &index) : "";
   if (file.empty() || FcPatternGetCharSet(match.get(), FC_CHARSET, 0, &has) != FcResultMatch ||
       !FcCharSetHasChar(has, cp)) {
-    unfound_.push_back(cp);
+    unfound_.insert(cp);
     return 0;
   }
   for (size_t i = 0; i < fonts_.size(); ++i) {
     if (fonts_[i]->file == file && fonts_[i]->index == index) {
-      unfound_.push_back(cp);  // fontconfig's font is open already and lacks it after all
+      unfound_.insert(cp);  // fontconfig's font is open already and lacks it after all
       return 0;
     }
   }
   std::string ignored;
   if (!Open(file, index, &ignored)) {
-    unfound_.push_back(cp);
+    unfound_.insert(cp);
     return 0;
   }
   if (FT_Get_Char_Index(fonts_.back()->face, cp) == 0) {
     fonts_.pop_back();
-    unfound_.push_back(cp);
+    unfound_.insert(cp);
     return 0;
   }
   return fonts_.size() - 1;

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,9 @@ struct Font {
 
 class FontSet {
  public:
+  static constexpr int kMostLookups = 64;
+  static constexpr size_t kMostFonts = 16;
+
   FontSet();
   ~FontSet();
   FontSet(const FontSet&) = delete;
@@ -37,7 +41,9 @@ class FontSet {
                   std::string* message);
 
   // The font to draw `cp` with: the first open font that has it, else (with fallback on) a newly opened
-  // fallback font that fontconfig finds for it; 0 when no font has it.
+  // fallback font that fontconfig finds for it; 0 when no font has it. A search costs milliseconds, so
+  // one layout makes at most kMostLookups of them (text in many scripts needs a few) and opens at most
+  // kMostFonts fonts; characters beyond that show as missing.
   size_t FontFor(uint32_t cp, bool fallback);
 
   Font& at(size_t i) { return *fonts_[i]; }
@@ -49,7 +55,8 @@ class FontSet {
   FT_Library library_ = nullptr;
   double pixelSize_ = 0;
   std::vector<std::unique_ptr<Font>> fonts_;
-  std::vector<uint32_t> unfound_;  // characters fontconfig had no font for, not to be asked again
+  std::set<uint32_t> unfound_;  // characters fontconfig had no font for, not to be asked again
+  int lookups_ = 0;             // fontconfig searches made for this layout
 };
 
 // The fontconfig configuration, loaded once for the process; null when fontconfig cannot start.

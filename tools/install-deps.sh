@@ -3,24 +3,41 @@
 # machine. Safe to run again: a machine that has everything is left alone.
 set -euo pipefail
 
+# The text library stands on FreeType, HarfBuzz, FriBidi and fontconfig; its tests draw DejaVu (Arabic,
+# Hebrew, kerning), FreeFont's CFF .otf fonts (ligatures, Devanagari fallback) and Lohit Devanagari.
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
-             libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev)
-windows_pkgs=(g++-mingw-w64-i686 wine wine32)
+             libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev libharfbuzz-dev libfribidi-dev
+             fonts-freefont-otf fonts-lohit-deva)
+# Both Windows builds cross-compile on every machine; the 64-bit programs run under wine64.
+windows_pkgs=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine wine64)
 # The Python package, for Debian's own interpreter, and what its tests use.
 python_pkgs=(python3 python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pytest python3-pil)
 
 want_windows=1
 [ "${1:-}" = "--native-only" ] && want_windows=0
 
+# wine32 (an i386 package) is only worth installing where 32-bit programs can run at all.
+want_wine32=0
+if [ "$want_windows" = 1 ]; then
+  if reason=$(bash "$(dirname "$0")/can-run-32bit.sh"); then
+    want_wine32=1
+  else
+    echo "install-deps: not installing wine32: $reason"
+  fi
+fi
+
+installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
 missing=()
 for p in "${native_pkgs[@]}" "${python_pkgs[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  installed "$p" || missing+=("$p")
 done
 if [ "$want_windows" = 1 ]; then
-  for p in g++-mingw-w64-i686 wine; do
-    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  for p in "${windows_pkgs[@]}"; do
+    installed "$p" || missing+=("$p")
   done
-  dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q 'install ok installed' || missing+=(wine32:i386)
+fi
+if [ "$want_wine32" = 1 ]; then
+  installed wine32:i386 || missing+=(wine32:i386)
 fi
 [ "${#missing[@]}" -eq 0 ] && { echo "install-deps: nothing to install"; exit 0; }
 echo "install-deps: installing ${missing[*]}"
@@ -29,7 +46,7 @@ SUDO=""
 [ "$(id -u)" -ne 0 ] && SUDO="sudo"
 export DEBIAN_FRONTEND=noninteractive
 
-if [ "$want_windows" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
+if [ "$want_wine32" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
   $SUDO dpkg --add-architecture i386
 fi
 
