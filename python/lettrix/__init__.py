@@ -195,6 +195,27 @@ def _whole(name: str, value: Any) -> int:
     return value
 
 
+# What the text library's refusals start with or say, and the keyword of outline_block each is about.
+_LAYOUT_REFUSALS = (
+    ("pixel size", "size"),
+    ("font index", "font_index"),
+    ("line spacing", "line_spacing"),
+    ("letter spacing", "letter_spacing"),
+    ("wrap width", "wrap"),
+    ("language tag", "language"),
+    ("script tag", "script"),
+    ("feature setting", "features"),
+    ("UTF-8", "text"),
+)
+
+
+def _refused_keyword(message: str) -> str:
+    for words, keyword in _LAYOUT_REFUSALS:
+        if words in message:
+            return keyword
+    return "outline_block"
+
+
 def outline_block(
     text: str,
     *,
@@ -245,7 +266,7 @@ def outline_block(
     font_file = os.fspath(font) if font is not None else ""
     if font is None and family is None:
         font_file = _lettrix.resolve_font(_lettrix.Settings())
-    block, ink, width, height, lines, glyphs, missing, fonts = _lettrix.lay_out(
+    arguments = (
         text,
         font_file,
         _optional_text("family", family),
@@ -261,6 +282,11 @@ def outline_block(
         _optional_text("features", features),
         fallback,
     )
+    try:
+        laid = _lettrix.lay_out(*arguments)
+    except ValueError as error:
+        raise ValueError(f"{_refused_keyword(str(error))}: {error}") from None
+    block, ink, width, height, lines, glyphs, missing, fonts = laid
     return OutlineBlock(
         block, tuple(ink), width, height, [Line(*l) for l in lines], [Glyph(*g) for g in glyphs], missing, fonts
     )
@@ -279,7 +305,7 @@ def _render_doc() -> str:
         "default; None or left out keeps the default (or the preset's value). Colours are '#RRGGBB[AA]',",
         "'#RGB', a name (" + _lettrix.colour_names() + ") or an (r, g, b[, a]) tuple",
         "of ints 0..255; pairs such as offsets are tuples; switches are True/False.",
-        "Generated textures for *_texture: gen:NAME with NAME one of " + _lettrix.generated_textures() + ".",
+        "Generated textures for *_texture: " + _lettrix.generated_textures() + ".",
     ]
     for section, keywords in _keywords.section_lines():
         lines += ["", section + ":"]

@@ -131,7 +131,7 @@ def _colour_text(keyword: Keyword, value: Any) -> str:
             if isinstance(channel, bool) or not isinstance(channel, numbers.Integral):
                 raise _type_error(keyword, value, "a colour: '#RRGGBB[AA]', a name, or (r, g, b[, a]) of ints")
             if not 0 <= channel <= 255:
-                raise ValueError(f"{keyword.name}: {tuple(value)!r} is not a colour: each of r, g, b, a is 0..255")
+                raise ValueError(f"{tuple(value)!r} is not a colour: each of r, g, b, a is 0..255")
             parts.append(f"{int(channel):02X}")
         return "#" + "".join(parts)
     raise _type_error(keyword, value, "a colour: '#RRGGBB[AA]', a name, or (r, g, b[, a]) of ints")
@@ -207,6 +207,18 @@ def _check_exclusive(given: Dict[str, Any]) -> None:
             raise ValueError(f"{' and '.join(chosen)} both given: each chooses the whole {layer} fill")
 
 
+def _set(settings: "_lettrix.Settings", keyword: Keyword, value: Any) -> None:
+    if not keyword.is_switch:
+        settings.set_option(keyword.option, option_text(keyword, value))
+        return
+    if not isinstance(value, bool):
+        raise _type_error(keyword, value, "True or False")
+    if value:
+        settings.set_option(keyword.option, "")
+    elif keyword.off_option:
+        settings.set_option(keyword.off_option, "")
+
+
 def settings_from(preset: Optional[str], given: Dict[str, Any], allowed=None) -> "_lettrix.Settings":
     """Settings made from a preset and keywords, applied in the program's option order.
 
@@ -229,19 +241,8 @@ def settings_from(preset: Optional[str], given: Dict[str, Any], allowed=None) ->
         value = given.get(keyword.name)
         if value is None:
             continue
-        if keyword.is_switch:
-            if not isinstance(value, bool):
-                raise _type_error(keyword, value, "True or False")
-            if value:
-                option, text = keyword.option, ""
-            elif keyword.off_option:
-                option, text = keyword.off_option, ""
-            else:
-                continue
-        else:
-            option, text = keyword.option, option_text(keyword, value)
         try:
-            settings.set_option(option, text)
+            _set(settings, keyword, value)
         except ValueError as error:
             allowed_text = f"; {keyword.name} takes {keyword.form}, {keyword.range}" if keyword.range else ""
             raise ValueError(f"{keyword.name}: {error}{allowed_text}") from None

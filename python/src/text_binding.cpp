@@ -22,10 +22,11 @@ class LaidText {
   LettrixTextResult result_{};
 };
 
-// The library's refusals in Python's terms: a number or tag out of its range is the caller's value
-// (ValueError); the rest go the way of the composition layer's job errors (OSError for a font that cannot
-// be opened or read, LettrixError otherwise).
+// The library's refusals in Python's terms: a font file it cannot open, read or use goes the way of the
+// composition layer's job errors (OSError), whatever the reason's wording; then a number or tag out of
+// its range is the caller's value (ValueError); anything else is a LettrixError.
 [[noreturn]] void Refuse(const std::string& message) {
+  if (message.rfind("cannot", 0) == 0) throw lx::compose::JobError(message);
   if (message.find(" is out of range") != std::string::npos ||
       message.find(" is not a") != std::string::npos ||
       message.find("not valid UTF-8") != std::string::npos) {

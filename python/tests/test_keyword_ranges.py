@@ -10,7 +10,7 @@ from lettrix import _keywords
 
 KEYWORDS = _keywords.KEYWORDS
 RANGE = re.compile(r"^(-?\d+(?:\.\d+)?)\.\.(-?\d+(?:\.\d+)?)")
-FIRST_TEXTURE = "gen:" + lettrix._lettrix.generated_textures().split(",")[0].strip()
+FIRST_TEXTURE = lettrix._lettrix.generated_textures().split(",")[0].strip()
 
 
 def numeric_range(keyword):
@@ -166,3 +166,33 @@ def test_conflicting_keywords_are_refused():
         lettrix.render("x", face_color="red", face_stops=["red", "blue"])
     with pytest.raises(ValueError, match="font and family"):
         lettrix.render("x", font="a.ttf", family="DejaVu Sans")
+
+
+# outline_block takes the text library's own ranges: (keyword, accepted at the ends, refused just outside).
+LAYOUT_RANGES = [
+    ("size", [1, 2048], [0.99, 2048.01]),
+    ("font_index", [0], [-1, 65536]),
+    ("line_spacing", [0.1, 10], [0.099, 10.001]),
+    ("letter_spacing", [-1000, 1000], [-1000.001, 1000.001]),
+    ("wrap", [0, 1, 32767], [-1, 0.5, 32768]),
+    ("language", ["ar", "sr-Latn"], ["not a tag"]),
+    ("script", ["Arab", "Latn"], ["Xx1"]),
+    ("features", ["liga=0,kern", "+smcp"], ["liga=?"]),
+    ("align", ["left", "centre", "center", "right"], ["middle"]),
+    ("direction", ["auto", "ltr", "rtl"], ["up"]),
+]
+LAYOUT_ACCEPTED = [(name, v) for name, good, _ in LAYOUT_RANGES for v in good]
+LAYOUT_REFUSED = [(name, v) for name, _, bad in LAYOUT_RANGES for v in bad]
+
+
+@pytest.mark.parametrize("case", LAYOUT_ACCEPTED, ids=case_id)
+def test_outline_block_takes_the_ends_of_its_ranges(case):
+    name, value = case
+    assert lettrix.outline_block("Hx", **{name: value}).block
+
+
+@pytest.mark.parametrize("case", LAYOUT_REFUSED, ids=case_id)
+def test_outline_block_refuses_just_outside_naming_the_keyword(case):
+    name, value = case
+    with pytest.raises(ValueError, match=f"^{name}: "):
+        lettrix.outline_block("Hx", **{name: value})

@@ -19,7 +19,7 @@ COMBINATIONS = [
                         background=(240, 240, 250, 255), shadow_zoom=(1.1, 0.9), shadow_offset=(3, -2))),
     ("Bevel", dict(preset="3d-bevel", bevel=False, shadow=False, size=64, canvas=(420, 140),
                    translate=(-10, 5))),
-    ("Tex", dict(size=90, face_texture="gen:" + lettrix._lettrix.generated_textures().split(",")[0].strip(),
+    ("Tex", dict(size=90, face_texture=lettrix._lettrix.generated_textures().split(",")[0].strip(),
                  face_tiling="stretch", emboss=True, emboss_angle=-90.5, outline_width=4,
                  outline_gradient="radial:0.2,0.9", outline_colors=("red", "blue"))),
     ("Deep", dict(size=60, extrude=True, extrude_shading="flat", shadow_offset=(12, 9),
