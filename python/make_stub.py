@@ -1,92 +1,39 @@
-"""Writes lettrix/__init__.pyi, the type hints of the package, from the option table of the built module.
+"""Writes the type hints of the lettrix package (__init__.pyi) from the built package itself.
 
-Run it with the built package on the path after the option table changes:
-    PYTHONPATH=build/native/python /usr/bin/python3 python/make_stub.py
+The build runs it once the native module is made: render's and render_block's keywords come from the
+option table, the package's other functions and records from their own annotations, so the hints cannot
+drift from the code. By hand:
+    PYTHONPATH=build/native/python /usr/bin/python3 python/make_stub.py build/native/python/lettrix/__init__.pyi
 """
 
+import inspect
 import sys
 from pathlib import Path
 
-HEAD = '''"""Type hints of the lettrix package. Made by python/make_stub.py from the option table: do not edit."""
+HEAD = '''"""Type hints of the lettrix package, made from the package by make_stub.py when it is built."""
 
 import os
 from typing import Any, List, NamedTuple, Optional, Sequence, Tuple, Union
 
-import numpy
-from PIL.Image import Image as _PilImage
+import numpy as np
+import PIL.Image
+
+from . import _keywords
 
 # '#RRGGBB[AA]', '#RGB', a colour name, or (r, g, b[, a]) with each 0..255.
 Colour = Union[str, Tuple[int, int, int], Tuple[int, int, int, int]]
 
 class LettrixError(RuntimeError): ...
-
-class Preset(NamedTuple):
-    name: str
-    description: str
-    options: List[str]
-    sample_text: str
-
-def presets() -> List[Preset]: ...
-def options() -> List[Any]: ...
 '''
 
-TAIL = '''
-def save(image: numpy.ndarray, path: Union[str, os.PathLike]) -> None: ...
-def to_pil(image: numpy.ndarray) -> _PilImage: ...
-
-class Line(NamedTuple):
-    left: float
-    right: float
-    top: float
-    bottom: float
-    baseline: float
-    text_offset: int
-    text_length: int
-
-class Glyph(NamedTuple):
-    glyph: int
-    font: int
-    cluster: int
-    line: int
-    missing: bool
-    x: float
-    y: float
-    advance: float
-
-class OutlineBlock(NamedTuple):
-    block: bytes
-    ink: Tuple[int, int, int, int]
-    width: float
-    height: float
-    lines: List[Line]
-    glyphs: List[Glyph]
-    missing_count: int
-    font_files: List[str]
-
-def outline_block(
-    text: str,
-    *,
-    font: Optional[Union[str, os.PathLike]] = None,
-    family: Optional[str] = None,
-    font_index: int = 0,
-    size: float = 96,
-    align: str = "left",
-    line_spacing: float = 1.0,
-    letter_spacing: float = 0.0,
-    wrap: float = 0,
-    direction: str = "auto",
-    language: Optional[str] = None,
-    script: Optional[str] = None,
-    features: Optional[str] = None,
-    fallback: bool = True,
-) -> OutlineBlock: ...
-
+# The native Process: pybind11 keeps no annotations a stub could be made from.
+PROCESS = '''
 class Process:
     def __init__(self) -> None: ...
     def close(self) -> None: ...
     def __enter__(self) -> "Process": ...
     def __exit__(self, *args: Any) -> None: ...
-    def render(self, block: bytes, buffer: numpy.ndarray) -> bool: ...
+    def render(self, block: bytes, buffer: np.ndarray) -> bool: ...
     def set_color_face_start(self, alpha: int, red: int, green: int, blue: int) -> None: ...
     def set_color_face_end(self, alpha: int, red: int, green: int, blue: int) -> None: ...
     def set_color_outline_start(self, alpha: int, red: int, green: int, blue: int) -> None: ...
@@ -111,8 +58,8 @@ class Process:
     def set_outline_gradient_fit_mode(self, mode: int) -> None: ...
     def set_face_user_gradient_area(self, left: int, top: int, right: int, bottom: int) -> bool: ...
     def set_outline_user_gradient_area(self, left: int, top: int, right: int, bottom: int) -> bool: ...
-    def set_texture_face(self, pixels: numpy.ndarray) -> bool: ...
-    def set_texture_outline(self, pixels: numpy.ndarray) -> bool: ...
+    def set_texture_face(self, pixels: np.ndarray) -> bool: ...
+    def set_texture_outline(self, pixels: np.ndarray) -> bool: ...
     def set_face_texture_tiling(self, mode: int) -> None: ...
     def set_outline_texture_tiling(self, mode: int) -> None: ...
     def set_face_texture_embossed(self, angle: float, a: int, b: int, c: int) -> None: ...
@@ -124,32 +71,64 @@ class Process:
     def reset_translation(self) -> None: ...
 '''
 
-def _parameters(keywords):
-    return "".join(f"    {k.name}: Optional[{k.python_type()}] = None,\n" for k in keywords)
+# The package's records and functions, in the order the stub declares them (a record before its users).
+RECORDS = ("Preset", "Line", "Glyph", "OutlineBlock")
+FUNCTIONS = ("presets", "options", "save", "to_pil", "outline_block")
+
+
+def _record(cls) -> str:
+    # NamedTuple turns the package's postponed annotations into ForwardRefs; the stub wants their text.
+    kinds = {name: getattr(kind, "__forward_arg__", kind) for name, kind in cls.__annotations__.items()}
+    fields = "".join(f"    {name}: {kind}\n" for name, kind in kinds.items())
+    return f"\nclass {cls.__name__}(NamedTuple):\n{fields}"
+
+
+def _parameter(parameter: inspect.Parameter) -> str:
+    text = parameter.name
+    if parameter.annotation is not inspect.Parameter.empty:
+        text += f": {parameter.annotation}"
+    if parameter.default is not inspect.Parameter.empty:
+        text += f" = {parameter.default!r}"
+    return text
+
+
+def _function(name, signature: inspect.Signature) -> str:
+    parameters = []
+    for parameter in signature.parameters.values():
+        if parameter.kind is inspect.Parameter.KEYWORD_ONLY and "*" not in parameters:
+            parameters.append("*")
+        parameters.append(_parameter(parameter))
+    returns = signature.return_annotation
+    if len(parameters) <= 2:
+        return f"\ndef {name}({', '.join(parameters)}) -> {returns}: ...\n"
+    lines = "".join(f"    {p},\n" for p in parameters)
+    return f"\ndef {name}(\n{lines}) -> {returns}: ...\n"
 
 
 def stub_text() -> str:
+    import lettrix
     from lettrix import _keywords
 
-    keywords = list(_keywords.KEYWORDS.values())
-    drawing = _keywords.drawing_keywords()
-    render = (
-        "\ndef render(\n    text: Optional[str] = None,\n    *,\n    preset: Optional[str] = None,\n"
-        + _parameters(keywords)
-        + ") -> numpy.ndarray: ...\n"
-    )
-    render_block = (
-        "\ndef render_block(\n    block: Union[bytes, OutlineBlock],\n    *,\n    preset: Optional[str] = None,\n"
-        + _parameters(drawing)
-        + ") -> numpy.ndarray: ...\n"
-    )
-    return HEAD + render + TAIL + render_block
+    parts = [HEAD]
+    parts += [_record(getattr(lettrix, name)) for name in RECORDS]
+    parts += [_function(name, inspect.signature(getattr(lettrix, name))) for name in FUNCTIONS]
+    # render's own signature is made from the option table; render_block takes its drawing keywords.
+    parts.append(_function("render", inspect.signature(lettrix.render)))
+    block_signature = inspect.signature(lettrix.render_block)
+    drawing = [
+        inspect.Parameter(k.name, inspect.Parameter.KEYWORD_ONLY, default=None, annotation=f"Optional[{k.python_type()}]")
+        for k in _keywords.drawing_keywords()
+    ]
+    fixed = [p for p in block_signature.parameters.values() if p.kind is not inspect.Parameter.VAR_KEYWORD]
+    parts.append(_function("render_block", block_signature.replace(parameters=fixed + drawing)))
+    parts.append(PROCESS)
+    return "".join(parts)
 
 
 if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit("usage: make_stub.py OUTPUT.pyi (with the built package on PYTHONPATH)")
     # This folder holds the package's sources without the native module: import the built package instead.
     here = Path(__file__).resolve().parent
     sys.path = [p for p in sys.path if Path(p or ".").resolve() != here]
-    target = here / "lettrix" / "__init__.pyi"
-    target.write_text(stub_text())
-    print(f"wrote {target}")
+    Path(sys.argv[1]).write_text(stub_text())

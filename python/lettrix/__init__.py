@@ -115,7 +115,7 @@ def save(image: np.ndarray, path: Union[str, os.PathLike]) -> None:
     _lettrix.write_image(_checked_image(image), os.fspath(path))
 
 
-def to_pil(image: np.ndarray):
+def to_pil(image: np.ndarray) -> PIL.Image.Image:
     """The image as a PIL.Image.Image in mode RGBA (needs Pillow: Debian's python3-pil)."""
     try:
         from PIL import Image
@@ -336,7 +336,7 @@ def _render_signature() -> inspect.Signature:
                 annotation=f"Optional[{keyword.python_type()}]",
             )
         )
-    return inspect.Signature(parameters, return_annotation="numpy.ndarray")
+    return inspect.Signature(parameters, return_annotation="np.ndarray")
 
 
 render.__doc__ = _render_doc()

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "compose/compose_error.h"
+#include "compose/laid_text.h"
 #include "lettrix/lettrix_text.h"
 #include "python/src/bindings.h"
 
@@ -12,15 +13,6 @@ namespace py = pybind11;
 
 namespace lx::python {
 namespace {
-
-class LaidText {
- public:
-  ~LaidText() { LettrixTextRelease(&result_); }
-  LettrixTextResult* get() { return &result_; }
-
- private:
-  LettrixTextResult result_{};
-};
 
 // The library's refusals in Python's terms: a font file it cannot open, read or use goes the way of the
 // composition layer's job errors (OSError), whatever the reason's wording; then a number or tag out of
@@ -60,7 +52,7 @@ void BindText(py::module_& m) {
         layout.features = features.c_str();
         layout.fallback = fallback ? 1 : 0;
 
-        LaidText laid;
+        lx::compose::LaidText laid;
         char message[512] = "";
         int done;
         {

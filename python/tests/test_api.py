@@ -1,5 +1,6 @@
 """The rest of the package: files, Pillow, errors, the outline block, the low-level Process, help."""
 
+import ast
 import inspect
 import os
 import pydoc
@@ -162,14 +163,27 @@ def test_every_public_name_has_a_docstring():
             assert inspect.getdoc(member), name
 
 
-def test_stub_matches_the_option_table():
+def test_built_stub_has_every_keyword_and_name():
     sys.path.insert(0, str(HERE.parent))
     try:
         import make_stub
     finally:
         sys.path.pop(0)
-    stub = (HERE.parent / "lettrix" / "__init__.pyi").read_text()
-    assert stub == make_stub.stub_text(), "run python/make_stub.py to bring the stub up to date"
+    stub = Path(lettrix.__file__).with_name("__init__.pyi").read_text()
+    assert stub == make_stub.stub_text(), "the package's __init__.pyi is older than the package"
+    tree = ast.parse(stub)
+    declared = {node.name for node in tree.body if isinstance(node, (ast.FunctionDef, ast.ClassDef))}
+    assert set(lettrix.__all__) <= declared
+    functions = {node.name: node for node in tree.body if isinstance(node, ast.FunctionDef)}
+    render = {a.arg for a in functions["render"].args.kwonlyargs}
+    block = {a.arg for a in functions["render_block"].args.kwonlyargs}
+    assert render == set(_keywords.KEYWORDS) | {"preset"}
+    assert block == {k.name for k in _keywords.drawing_keywords()} | {"preset"}
+    outline = functions["outline_block"].args
+    assert [a.arg for a in outline.kwonlyargs] == list(inspect.signature(lettrix.outline_block).parameters)[1:]
+    process = next(node for node in tree.body if isinstance(node, ast.ClassDef) and node.name == "Process")
+    methods = {node.name for node in process.body if isinstance(node, ast.FunctionDef)}
+    assert {name for name in dir(lettrix.Process) if not name.startswith("_")} <= methods
 
 
 def test_separate_processes_render_independently(tmp_path):
