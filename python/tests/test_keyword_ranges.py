@@ -129,7 +129,17 @@ def test_value_just_outside_its_range_is_refused_naming_the_keyword(case):
         assert keyword.range in message
 
 
-@pytest.mark.parametrize("case", NUMERIC_REFUSED, ids=case_id)
+def program_can_take(case):
+    """Whether the refused value has a command-line form (a colour tuple out of range has none)."""
+    name, value = case
+    try:
+        _keywords.option_text(KEYWORDS[name], value)
+    except ValueError:
+        return False
+    return True
+
+
+@pytest.mark.parametrize("case", [c for c in REFUSED if program_can_take(c)], ids=case_id)
 def test_refusal_carries_the_programs_message(run_program, case):
     name, value = case
     with pytest.raises(ValueError) as refused:
@@ -196,3 +206,58 @@ def test_outline_block_refuses_just_outside_naming_the_keyword(case):
     name, value = case
     with pytest.raises(ValueError, match=f"^{name}: "):
         lettrix.outline_block("Hx", **{name: value})
+
+
+# Process's setters take the library's argument types: (method, a valid call, the position of a byte or
+# 32-bit argument, its name, the type). Each is checked at both ends and just outside.
+BYTE, INT32 = (0, 255), (-(2**31), 2**31 - 1)
+PROCESS_ARGUMENTS = (
+    [(m, (0,), 0, a, BYTE) for m, a in [
+        ("set_shadow_visible", "on"), ("set_draw_shadow_only", "on"), ("set_shadow_extruded", "on"),
+        ("set_extruded_shadow_color", "value"), ("set_face_blur_level", "level"),
+        ("set_outline_blur_level", "level"), ("set_shadow_blur_level", "level"),
+        ("set_face_gradient_fit_mode", "mode"), ("set_outline_gradient_fit_mode", "mode"),
+        ("enable_face_embossed", "on"), ("enable_outline_3d_border", "on")]]
+    + [(m, (0,), 0, a, INT32) for m, a in [
+        ("set_face_fill_type", "type"), ("set_outline_fill_type", "type"), ("set_face_texture_tiling", "mode"),
+        ("set_outline_texture_tiling", "mode"), ("set_outline_thickness", "thickness"),
+        ("set_gradient_face", "type"), ("set_gradient_outline", "type")]]
+    + [(m, (0, 0, 0, 0), i, a, BYTE) for m in ("set_color_face_start", "set_color_face_end",
+                                                "set_color_outline_start", "set_color_outline_end",
+                                                "set_shadow_color")
+       for i, a in enumerate(("alpha", "red", "green", "blue"))]
+    + [(m, (0, 0), i, a, INT32) for m, names in [("set_shadow_offset", ("x", "y")), ("set_translation", ("dx", "dy"))]
+       for i, a in enumerate(names)]
+    + [(m, (0, 0, 0, 0), i, a, INT32) for m in ("set_face_user_gradient_area", "set_outline_user_gradient_area")
+       for i, a in enumerate(("left", "top", "right", "bottom"))]
+    + [("set_face_texture_embossed", (0.5, 0, 0, 0), i, a, BYTE) for i, a in ((1, "a"), (2, "b"), (3, "c"))]
+    + [("set_outline_3d_border", (10, 5, 0.5), i, a, BYTE) for i, a in ((0, "width"), (1, "depth"))]
+)
+
+
+def with_value(arguments, position, value):
+    changed = list(arguments)
+    changed[position] = value
+    return changed
+
+
+@pytest.mark.parametrize("method,arguments,position,name,limits", PROCESS_ARGUMENTS,
+                         ids=[f"{c[0]}.{c[3]}" for c in PROCESS_ARGUMENTS])
+def test_process_setters_take_their_argument_types_range(method, arguments, position, name, limits):
+    low, high = limits
+    with lettrix.Process() as process:
+        setter = getattr(process, method)
+        setter(*with_value(arguments, position, low))
+        setter(*with_value(arguments, position, high))
+        for outside in (low - 1, high + 1):
+            with pytest.raises(ValueError, match=f"^{name}: {outside} is out of range \\({low}..{high}\\)"):
+                setter(*with_value(arguments, position, outside))
+
+
+def test_every_process_setter_with_whole_arguments_is_in_the_table():
+    covered = {c[0] for c in PROCESS_ARGUMENTS}
+    # Those taking only reals, sequences, arrays or nothing have no integer range to check.
+    others = {"set_shadow_zoom", "set_face_gradient_colors", "set_outline_gradient_colors", "set_texture_face",
+              "set_texture_outline", "reset_translation", "render", "close"}
+    public = {n for n in dir(lettrix.Process) if not n.startswith("_")}
+    assert covered | others == public
