@@ -72,8 +72,9 @@ class Process:
 '''
 
 # The package's records and functions, in the order the stub declares them (a record before its users).
+# render's and render_block's signatures carry a keyword for each option of the table.
 RECORDS = ("Preset", "Line", "Glyph", "OutlineBlock")
-FUNCTIONS = ("presets", "options", "save", "to_pil", "outline_block")
+FUNCTIONS = ("presets", "options", "save", "to_pil", "outline_block", "render", "render_block")
 
 
 def _record(cls) -> str:
@@ -107,20 +108,10 @@ def _function(name, signature: inspect.Signature) -> str:
 
 def stub_text() -> str:
     import lettrix
-    from lettrix import _keywords
 
     parts = [HEAD]
     parts += [_record(getattr(lettrix, name)) for name in RECORDS]
     parts += [_function(name, inspect.signature(getattr(lettrix, name))) for name in FUNCTIONS]
-    # render's own signature is made from the option table; render_block takes its drawing keywords.
-    parts.append(_function("render", inspect.signature(lettrix.render)))
-    block_signature = inspect.signature(lettrix.render_block)
-    drawing = [
-        inspect.Parameter(k.name, inspect.Parameter.KEYWORD_ONLY, default=None, annotation=f"Optional[{k.python_type()}]")
-        for k in _keywords.drawing_keywords()
-    ]
-    fixed = [p for p in block_signature.parameters.values() if p.kind is not inspect.Parameter.VAR_KEYWORD]
-    parts.append(_function("render_block", block_signature.replace(parameters=fixed + drawing)))
     parts.append(PROCESS)
     return "".join(parts)
 

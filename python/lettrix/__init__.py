@@ -79,7 +79,9 @@ def render(text: Optional[str] = None, *, preset: Optional[str] = None, **settin
     return _lettrix.compose(made, _text_of(text, preset))
 
 
-def render_block(block: Union[bytes, "OutlineBlock"], *, preset: Optional[str] = None, **settings: Any) -> np.ndarray:
+def render_block(
+    block: Union[bytes, "OutlineBlock"], *, preset: Optional[str] = None, **settings: Any
+) -> np.ndarray:
     """Draws an outline block you laid out yourself, with render's drawing keywords.
 
     block: bytes in GetGlyphOutline's GGO_NATIVE layout (as outline_block makes them), or an OutlineBlock.
@@ -322,22 +324,18 @@ def _render_doc() -> str:
     return "\n".join(lines)
 
 
-def _render_signature() -> inspect.Signature:
-    parameters = [
-        inspect.Parameter("text", inspect.Parameter.POSITIONAL_OR_KEYWORD, default=None, annotation="Optional[str]"),
-        inspect.Parameter("preset", inspect.Parameter.KEYWORD_ONLY, default=None, annotation="Optional[str]"),
-    ]
-    for keyword in _keywords.KEYWORDS.values():
-        parameters.append(
-            inspect.Parameter(
-                keyword.name,
-                inspect.Parameter.KEYWORD_ONLY,
-                default=None,
-                annotation=f"Optional[{keyword.python_type()}]",
-            )
+def _with_keywords(function, keywords) -> inspect.Signature:
+    """The function's signature with one optional keyword-only parameter for each of the keywords."""
+    signature = inspect.signature(function)
+    fixed = [p for p in signature.parameters.values() if p.kind is not inspect.Parameter.VAR_KEYWORD]
+    for keyword in keywords:
+        annotation = f"Optional[{keyword.python_type()}]"
+        fixed.append(
+            inspect.Parameter(keyword.name, inspect.Parameter.KEYWORD_ONLY, default=None, annotation=annotation)
         )
-    return inspect.Signature(parameters, return_annotation="np.ndarray")
+    return signature.replace(parameters=fixed)
 
 
 render.__doc__ = _render_doc()
-render.__signature__ = _render_signature()
+render.__signature__ = _with_keywords(render, _keywords.KEYWORDS.values())
+render_block.__signature__ = _with_keywords(render_block, _keywords.drawing_keywords())

@@ -52,4 +52,5 @@ def test_hand_set_combinations_draw_as_the_program_does(run_program, text, keywo
 
 def test_a_preset_without_text_draws_its_sample_words(run_program):
     preset = lettrix.presets()[0]
-    assert np.array_equal(lettrix.render(preset=preset.name, size=40), lettrix.render(preset.sample_text, preset=preset.name, size=40))
+    sample = lettrix.render(preset.sample_text, preset=preset.name, size=40)
+    assert np.array_equal(lettrix.render(preset=preset.name, size=40), sample)
