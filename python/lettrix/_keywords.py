@@ -165,6 +165,14 @@ def _numbers_text(keyword: Keyword, value: Any) -> str:
     return ",".join(_number_text(keyword, v) for v in value)
 
 
+def _pair_text(keyword: Keyword, value: Any, separator: str, convert, wanted: str) -> str:
+    if isinstance(value, str):
+        return value
+    if isinstance(value, (tuple, list)) and len(value) == 2:
+        return separator.join(convert(keyword, v) for v in value)
+    raise _type_error(keyword, value, wanted)
+
+
 def option_text(keyword: Keyword, value: Any) -> str:
     """The option's text for a Python value; TypeError for a value of the wrong type."""
     form = keyword.form
@@ -173,21 +181,13 @@ def option_text(keyword: Keyword, value: Any) -> str:
     if form == "COLOUR":
         return _colour_text(keyword, value)
     if form == "START,END":
-        if isinstance(value, str):
-            return value
-        if isinstance(value, (tuple, list)) and len(value) == 2:
-            return ",".join(_colour_text(keyword, c) for c in value)
-        raise _type_error(keyword, value, "two colours (start, end)")
+        return _pair_text(keyword, value, ",", _colour_text, "two colours (start, end)")
     if form.startswith("C[:W]"):
         return _stops_text(keyword, value)
     if form in _NUMBER_LIST_FORMS:
         return _numbers_text(keyword, value)
     if form == "WxH|fit":
-        if isinstance(value, str):
-            return value
-        if isinstance(value, (tuple, list)) and len(value) == 2:
-            return "x".join(_number_text(keyword, v) for v in value)
-        raise _type_error(keyword, value, "'fit' or (width, height)")
+        return _pair_text(keyword, value, "x", _number_text, "'fit' or (width, height)")
     if form in _FILE_FORMS:
         if isinstance(value, (str, os.PathLike)):
             return os.fspath(value)

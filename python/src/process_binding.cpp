@@ -93,24 +93,36 @@ void DefColour(PyProcess& c, const char* name, ColourSetter set, const char* doc
       py::arg("alpha"), py::arg("red"), py::arg("green"), py::arg("blue"), doc);
 }
 
-void DefByte(PyProcess& c, const char* name, ByteSetter set, const char* arg, const char* doc) {
+// A setter of one byte or 32-bit value, checked against that type first.
+template <typename T>
+void DefOne(PyProcess& c, const char* name, void (*set)(RenderHandle*, const T*),
+            T (*check)(int64_t, const char*), const char* arg, const char* doc) {
   c.def(
       name,
-      [set, arg](Process& p, int64_t value) {
-        const uint8_t v = Byte(value, arg);
+      [set, check, arg](Process& p, int64_t value) {
+        const T v = check(value, arg);
         p.With([&](RenderHandle* slot) { set(slot, &v); });
       },
       py::arg(arg), doc);
 }
 
+void DefByte(PyProcess& c, const char* name, ByteSetter set, const char* arg, const char* doc) {
+  DefOne<uint8_t>(c, name, set, Byte, arg, doc);
+}
+
 void DefInt(PyProcess& c, const char* name, IntSetter set, const char* arg, const char* doc) {
+  DefOne<int32_t>(c, name, set, Int32, arg, doc);
+}
+
+void DefIntPair(PyProcess& c, const char* name, void (*set)(RenderHandle*, const int32_t*, const int32_t*),
+                const char* xName, const char* yName, const char* doc) {
   c.def(
       name,
-      [set, arg](Process& p, int64_t value) {
-        const int32_t v = Int32(value, arg);
-        p.With([&](RenderHandle* slot) { set(slot, &v); });
+      [set, xName, yName](Process& p, int64_t x, int64_t y) {
+        const int32_t dx = Int32(x, xName), dy = Int32(y, yName);
+        p.With([&](RenderHandle* slot) { set(slot, &dx, &dy); });
       },
-      py::arg(arg), doc);
+      py::arg(xName), py::arg(yName), doc);
 }
 
 void DefGradient(PyProcess& c, const char* name, GradientSetter set, const char* doc) {
@@ -248,13 +260,7 @@ manager; close() releases the process at once, after which every call does nothi
             "Outline colour, or the start of its gradient.");
   DefColour(c, "set_color_outline_end", SetColorOutlineEnd, "End colour of the Outline gradient.");
   DefColour(c, "set_shadow_color", SetShadowColor, "Shadow colour; alpha is its opacity (0: no Shadow).");
-  c.def(
-      "set_shadow_offset",
-      [](Process& p, int64_t x, int64_t y) {
-        const int32_t dx = Int32(x, "x"), dy = Int32(y, "y");
-        p.With([&](RenderHandle* slot) { SetShadowOffset(slot, &dx, &dy); });
-      },
-      py::arg("x"), py::arg("y"), "Shadow offset in pixels, unclamped.");
+  DefIntPair(c, "set_shadow_offset", SetShadowOffset, "x", "y", "Shadow offset in pixels, unclamped.");
   c.def(
       "set_shadow_zoom",
       [](Process& p, double x, double y) {
@@ -321,13 +327,8 @@ manager; close() releases the process at once, after which every call does nothi
       "3D border: light elevation (degrees, clamped to 3..60), passes (1..60) and azimuth (radians).");
   DefInt(c, "set_outline_thickness", SetOutlineThickness, "thickness",
          "Outline stroke in pixels on each side of the contour (stroke width clamped to 0..1000).");
-  c.def(
-      "set_translation",
-      [](Process& p, int64_t x, int64_t y) {
-        const int32_t dx = Int32(x, "dx"), dy = Int32(y, "dy");
-        p.With([&](RenderHandle* slot) { SetTranslation(slot, &dx, &dy); });
-      },
-      py::arg("dx"), py::arg("dy"), "Moves the drawing by (dx, dy) pixels; successive calls add up.");
+  DefIntPair(c, "set_translation", SetTranslation, "dx", "dy",
+             "Moves the drawing by (dx, dy) pixels; successive calls add up.");
   c.def(
       "reset_translation", [](Process& p) { p.With([](RenderHandle* slot) { ResetTranslation(slot); }); },
       "Removes every translation.");
