@@ -6,9 +6,16 @@ set -euo pipefail
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
              libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev)
 windows_pkgs=(g++-mingw-w64-i686 wine wine32)
+# The browser playground and its tests: the library compiled to WebAssembly, npm for the page's pinned
+# packages, Chromium to run the tests, the fonts the page offers. Installed on their own, so a machine
+# that cannot have them still gets everything else (the web stage then says it was skipped).
+web_pkgs=(emscripten chromium fonts-dejavu-core fonts-dejavu-extra fonts-liberation)
+# Node and npm may come from another packaging of Node than Debian's; either will do.
+command -v npm >/dev/null || web_pkgs+=(nodejs npm)
 
 want_windows=1
-[ "${1:-}" = "--native-only" ] && want_windows=0
+want_web=1
+[ "${1:-}" = "--native-only" ] && want_windows=0 && want_web=0
 
 missing=()
 for p in "${native_pkgs[@]}"; do
@@ -20,12 +27,31 @@ if [ "$want_windows" = 1 ]; then
   done
   dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q 'install ok installed' || missing+=(wine32:i386)
 fi
-[ "${#missing[@]}" -eq 0 ] && { echo "install-deps: nothing to install"; exit 0; }
-echo "install-deps: installing ${missing[*]}"
+web_missing=()
+if [ "$want_web" = 1 ]; then
+  for p in "${web_pkgs[@]}"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || web_missing+=("$p")
+  done
+fi
 
 SUDO=""
 [ "$(id -u)" -ne 0 ] && SUDO="sudo"
 export DEBIAN_FRONTEND=noninteractive
+
+install_web() {
+  [ "${#web_missing[@]}" -eq 0 ] && return 0
+  echo "install-deps: installing the web tools: ${web_missing[*]}"
+  if ! $SUDO apt-get install -y -q --no-install-recommends -o DPkg::Lock::Timeout=900 "${web_missing[@]}"; then
+    echo "install-deps: could not install the web tools (${web_missing[*]}); the web stage will be skipped" >&2
+  fi
+}
+
+if [ "${#missing[@]}" -eq 0 ]; then
+  install_web
+  echo "install-deps: nothing else to install"
+  exit 0
+fi
+echo "install-deps: installing ${missing[*]}"
 
 if [ "$want_windows" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
   $SUDO dpkg --add-architecture i386
@@ -54,4 +80,5 @@ if ! $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"; then
   echo "install-deps: FAILED to install: ${missing[*]}" >&2
   exit 1
 fi
+install_web
 echo "install-deps: done"

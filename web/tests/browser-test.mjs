@@ -207,12 +207,12 @@ try {
   check('no console errors during the tests', errors.length === 0, errors.join(' | '));
 
   if (screenshot) {
-    await page.evaluate(() => {
-      lettrixPage.applyPreset('gold');
-      lettrixPage.setText('Lettrix');
-    });
+    // A fresh page, so that no test input shows.
+    await page.reload({ waitUntil: 'load' });
+    await page.evaluate(() => lettrixPage.ready);
+    await page.evaluate(() => lettrixPage.applyPreset('gold'));
+    await page.evaluate(() => lettrixPage.setText('Lettrix'));
     await page.evaluate(() => lettrixPage.idle());
-    await page.evaluate(() => { document.getElementById('message').textContent = ''; });
     await page.screenshot({ path: screenshot });
     console.log(`screenshot: ${screenshot}`);
   }
