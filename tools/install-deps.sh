@@ -5,7 +5,8 @@ set -euo pipefail
 
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
              libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev)
-windows_pkgs=(g++-mingw-w64-i686 wine wine32)
+# Both Windows builds cross-compile on every machine; the 64-bit programs run under wine64.
+windows_pkgs=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine wine64)
 # The browser playground and its tests: the library compiled to WebAssembly, npm for the page's pinned
 # packages, Chromium to run the tests, the fonts the page offers. Installed on their own, so a machine
 # that cannot have them still gets everything else (the web stage then says it was skipped).
@@ -17,43 +18,45 @@ want_windows=1
 want_web=1
 [ "${1:-}" = "--native-only" ] && want_windows=0 && want_web=0
 
+# wine32 (an i386 package) is only worth installing where 32-bit programs can run at all.
+want_wine32=0
+if [ "$want_windows" = 1 ]; then
+  if reason=$(bash "$(dirname "$0")/can-run-32bit.sh"); then
+    want_wine32=1
+  else
+    echo "install-deps: not installing wine32: $reason"
+  fi
+fi
+
+installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
 missing=()
 for p in "${native_pkgs[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  installed "$p" || missing+=("$p")
 done
 if [ "$want_windows" = 1 ]; then
-  for p in g++-mingw-w64-i686 wine; do
-    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  for p in "${windows_pkgs[@]}"; do
+    installed "$p" || missing+=("$p")
   done
-  dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q 'install ok installed' || missing+=(wine32:i386)
+fi
+if [ "$want_wine32" = 1 ]; then
+  installed wine32:i386 || missing+=(wine32:i386)
 fi
 web_missing=()
 if [ "$want_web" = 1 ]; then
   for p in "${web_pkgs[@]}"; do
-    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || web_missing+=("$p")
+    installed "$p" || web_missing+=("$p")
   done
+fi
+if [ "${#missing[@]}" -eq 0 ] && [ "${#web_missing[@]}" -eq 0 ]; then
+  echo "install-deps: nothing to install"
+  exit 0
 fi
 
 SUDO=""
 [ "$(id -u)" -ne 0 ] && SUDO="sudo"
 export DEBIAN_FRONTEND=noninteractive
 
-install_web() {
-  [ "${#web_missing[@]}" -eq 0 ] && return 0
-  echo "install-deps: installing the web tools: ${web_missing[*]}"
-  if ! $SUDO apt-get install -y -q --no-install-recommends -o DPkg::Lock::Timeout=900 "${web_missing[@]}"; then
-    echo "install-deps: could not install the web tools (${web_missing[*]}); the web stage will be skipped" >&2
-  fi
-}
-
-if [ "${#missing[@]}" -eq 0 ]; then
-  install_web
-  echo "install-deps: nothing else to install"
-  exit 0
-fi
-echo "install-deps: installing ${missing[*]}"
-
-if [ "$want_windows" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
+if [ "$want_wine32" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
   $SUDO dpkg --add-architecture i386
 fi
 
@@ -76,9 +79,17 @@ cleanup() { $SUDO rm -f "$pin"; }
 trap cleanup EXIT
 printf 'Package: *\nPin: release l=Debian-Security\nPin-Priority: 100\n' | $SUDO tee "$pin" >/dev/null
 
-if ! $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"; then
-  echo "install-deps: FAILED to install: ${missing[*]}" >&2
-  exit 1
+if [ "${#missing[@]}" -gt 0 ]; then
+  echo "install-deps: installing ${missing[*]}"
+  if ! $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"; then
+    echo "install-deps: FAILED to install: ${missing[*]}" >&2
+    exit 1
+  fi
 fi
-install_web
+if [ "${#web_missing[@]}" -gt 0 ]; then
+  echo "install-deps: installing the web tools: ${web_missing[*]}"
+  if ! $SUDO apt-get install -y -q --no-install-recommends -o DPkg::Lock::Timeout=900 "${web_missing[@]}"; then
+    echo "install-deps: could not install the web tools (${web_missing[*]}); the web stage will be skipped" >&2
+  fi
+fi
 echo "install-deps: done"
