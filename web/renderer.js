@@ -233,6 +233,29 @@ function inkOf(pixels, w, h) {
 
 const floorHalf = (v) => (v >= 0 ? Math.trunc(v / 2) : -Math.trunc((-v + 1) / 2));
 
+// The library draws each layer in an image of its own and lays it on the canvas at a whole-pixel place,
+// so on a transparent canvas the picture does not depend on where the canvas lies, except for what is
+// measured from the canvas itself: gradients spread over it or over areas given in its pixels, and an
+// extrusion so long that the library cuts it down to the canvas (below this bound it never does).
+const kExtrusionCostBound = 2 ** 30;
+function probeIsPicture(s) {
+  const fromCanvas = (l) => l.extentCanvas || l.hasArea;
+  return parseHex(s.background).a === 0 && !fromCanvas(s.face) && !fromCanvas(s.outline);
+}
+
+// The w x h window of a pw x ph image whose top-left corner lies at (x, y) in the image; transparent
+// where the window reaches past the image.
+function windowOnto(pixels, pw, ph, x, y, w, h) {
+  const out = new Uint8Array(w * h * 4);
+  const x0 = Math.max(0, -x), x1 = Math.min(w, pw - x);
+  if (x1 <= x0) return out;
+  for (let row = Math.max(0, -y); row < Math.min(h, ph - y); ++row) {
+    const from = ((row + y) * pw + x + x0) * 4;
+    out.set(pixels.subarray(from, from + (x1 - x0) * 4), (row * w + x0) * 4);
+  }
+  return out;
+}
+
 export class Renderer {
   constructor(module) {
     this.m = module;
@@ -276,13 +299,17 @@ export class Renderer {
 
   place(s, block, glyphs, textures) {
     // Probe: render on a transparent canvas with room to spare and measure what was drawn; should
-    // anything touch the edge, the room grows and the probe runs again.
-    let drawn;
+    // anything touch the edge, the room grows and the probe runs again. Only alpha decides what counts as
+    // drawn, and the 3D border shades colours alone, so a probe that is not itself the picture leaves the
+    // border out (it is the costliest effect).
+    const reuse = probeIsPicture(s);
+    const probeSettings = reuse || !s.bevel ? s : { ...s, bevel: false };
+    let drawn, probe, reach, complete = false;
     for (let slack = 8; ; slack *= 4) {
-      const reach = reachEstimate(s, glyphs, slack);
+      reach = reachEstimate(s, glyphs, slack);
       checkCanvasSize(width(reach), height(reach));
       const pw = width(reach), ph = height(reach);
-      const probe = this.renderOnto(s, textures, block, -reach.left, -reach.top, pw, ph, 0);
+      probe = this.renderOnto(probeSettings, textures, block, -reach.left, -reach.top, pw, ph, 0);
       if (!probe) throw new RenderError('the library drew nothing: the outline has no area');
       drawn = inkOf(probe, pw, ph);
       if (drawn.right <= drawn.left || drawn.bottom <= drawn.top) {
@@ -291,6 +318,7 @@ export class Renderer {
       }
       const touches = drawn.left === 0 || drawn.top === 0 || drawn.right === pw || drawn.bottom === ph;
       drawn = moved(drawn, reach.left, reach.top);
+      complete = !touches;
       if (!touches || slack > 4096) break;
     }
     let w, h, left, top;
@@ -306,9 +334,14 @@ export class Renderer {
       top = drawn.top - s.padding;
     }
     checkCanvasSize(w, h);
+    const tx = -left + s.translateX, ty = -top + s.translateY;
+    // The probe holds everything drawn, placed by whole pixels: the picture is a window onto it.
+    const extrusionSteps = s.extrude ? Math.max(Math.abs(s.shadowX), Math.abs(s.shadowY)) : 0;
+    if (reuse && complete && extrusionSteps * width(reach) * height(reach) < kExtrusionCostBound) {
+      return { width: w, height: h, pixels: windowOnto(probe, width(reach), height(reach), -reach.left - tx, -reach.top - ty, w, h) };
+    }
     const bg = parseHex(s.background);
     const fill = bg.a ? ((bg.a << 24) | (bg.r << 16) | (bg.g << 8) | bg.b) >>> 0 : 0;
-    const tx = -left + s.translateX, ty = -top + s.translateY;
     const pixels = this.renderOnto(s, textures, block, tx, ty, w, h, fill);
     if (!pixels) throw new RenderError('the library drew nothing: the outline has no area');
     return { width: w, height: h, pixels };

@@ -80,9 +80,7 @@ try {
   }
 
   // ------------------------------------------------------------ the page's block and command, drawn by lettrix
-  const everything = {
-    text: 'LettrixPlay!', preset: '',
-    change: (s) => {
+  const everyEffect = (s) => {
       s.face = { ...s.face, fill: 'stops', shape: 'radial', radialFrom: 0.1, radialTo: 0.9, blur: 1,
         stops: [{ colour: '#FFF6C8FF', weight: 1 }, { colour: '#F2C94CFF', weight: 2 }, { colour: '#A66B00FF', weight: 1 }] };
       s.emboss = true; s.embossAngleDegrees = -90; s.embossTint = '#FFEEDDFF';
@@ -91,17 +89,28 @@ try {
       s.bevel = true; s.bevelElevation = 20; s.bevelPasses = 3;
       s.shadowColour = '#000000B0'; s.shadowX = 6; s.shadowY = 7; s.shadowZoomX = 1.05; s.shadowZoomY = 1.02;
       s.shadowBlur = 5; s.extrude = true; s.extrudeSmooth = false; s.background = '#20242CFF';
-    },
+  };
+  // On a transparent background the page takes the picture from its probe render: moved, and on a fixed
+  // canvas that cuts the drawing.
+  const clear = (s) => {
+    s.background = '#00000000'; s.translateX = 5; s.translateY = -3;
+  };
+  const cut = (s) => {
+    s.fixedCanvas = true; s.canvasWidth = 260; s.canvasHeight = 90; s.translateX = -20; s.padding = 0;
   };
   const cases = [
     { text: 'Gold', preset: 'gold' },
     { text: 'Wood grain', preset: 'textured' },
     { text: 'عربي Hebrew עברית', preset: 'neon' },
-    everything,
+    { text: 'LettrixPlay!', preset: '', what: 'every effect', change: [everyEffect] },
+    { text: 'Clear glass', preset: '', what: 'every effect, transparent, moved', change: [everyEffect, clear] },
+    { text: 'Cut off', preset: '', what: 'every effect, transparent, fixed canvas', change: [everyEffect, clear, cut] },
   ];
   for (const c of cases) {
     await page.evaluate((preset) => lettrixPage.applyPreset(preset), c.preset);
-    if (c.change) await page.evaluate(`(${c.change.toString()})(lettrixPage.state); lettrixPage.state = lettrixPage.state;`);
+    for (const change of c.change ?? []) {
+      await page.evaluate(`(${change.toString()})(lettrixPage.state); lettrixPage.state = lettrixPage.state;`);
+    }
     await page.evaluate((t) => lettrixPage.setText(t), c.text);
     await page.evaluate(() => lettrixPage.idle());
     const r = await page.evaluate(() => ({
@@ -121,26 +130,36 @@ try {
     } catch (e) {
       diff = `lettrix failed: ${e.stderr}`;
     }
-    check(`"${c.text}" (${c.preset || 'every effect'}): lettrix given the page's block and copied options draws the page's pixels`,
+    check(`"${c.text}" (${c.what ?? c.preset}): lettrix given the page's block and copied options draws the page's pixels`,
       diff === null, diff ?? args.join(' '));
   }
 
   // ------------------------------------------------------------ redraw time, 12 glyphs, every effect on
-  const times = await page.evaluate(async () => {
-    const out = [];
-    for (let i = 0; i < 12; ++i) {
-      const t = performance.now();
-      lettrixPage.setText(i % 2 ? 'LettrixPlay!' : 'LettrixPlay?');
-      await lettrixPage.idle();
-      out.push({ trip: performance.now() - t, lib: lettrixPage.last.renderMs, layout: lettrixPage.last.layoutMs, glyphs: lettrixPage.last.glyphs });
+  // A figure, not a check: typing one letter after another, from the change to the picture on the canvas.
+  const median = (xs) => [...xs].sort((a, b) => a - b)[xs.length >> 1];
+  const timings = [];
+  for (const [what, changes] of [['on a colour', [everyEffect]], ['on transparency', [everyEffect, clear]]]) {
+    await page.evaluate(() => lettrixPage.applyPreset(''));
+    for (const change of changes) {
+      await page.evaluate(`(${change.toString()})(lettrixPage.state); lettrixPage.state = lettrixPage.state;`);
     }
-    return out.slice(2);
-  });
-  const median = (xs) => xs.sort((a, b) => a - b)[xs.length >> 1];
-  const trip = median(times.map((t) => t.trip));
-  console.log(`timing: page load ${loadMs} ms; redraw of ${times[0].glyphs} glyphs with every effect on: ` +
-    `median round trip ${trip.toFixed(1)} ms (layout ${median(times.map((t) => t.layout)).toFixed(1)} ms, ` +
-    `library ${median(times.map((t) => t.lib)).toFixed(1)} ms)`);
+    const times = await page.evaluate(async () => {
+      const out = [];
+      for (let i = 0; i < 14; ++i) {
+        const t = performance.now();
+        lettrixPage.setText(i % 2 ? 'LettrixPlay!' : 'LettrixPlay?');
+        await lettrixPage.idle();
+        out.push({ trip: performance.now() - t, lib: lettrixPage.last.renderMs, layout: lettrixPage.last.layoutMs, glyphs: lettrixPage.last.glyphs });
+      }
+      return out.slice(2);
+    });
+    // The best of the runs is what the page costs on a machine that nobody else is using.
+    const trips = times.map((t) => t.trip);
+    timings.push(`${what} ${median(trips).toFixed(1)} ms, best ${Math.min(...trips).toFixed(1)} ms ` +
+      `(layout ${median(times.map((t) => t.layout)).toFixed(1)} ms, library ${median(times.map((t) => t.lib)).toFixed(1)} ms)`);
+    if (times[0].glyphs !== 12) timings.push(`(${times[0].glyphs} glyphs)`);
+  }
+  console.log(`timing: page load ${loadMs} ms; redraw of a 12-glyph line with every effect on, median of 12: ${timings.join('; ')}`);
 
   // ------------------------------------------------------------ a slider changes the picture where it should
   await page.evaluate(() => {
@@ -213,6 +232,11 @@ try {
     await page.evaluate(() => lettrixPage.applyPreset('gold'));
     await page.evaluate(() => lettrixPage.setText('Lettrix'));
     await page.evaluate(() => lettrixPage.idle());
+    // Without the times, which differ from run to run, the same page gives the same screenshot.
+    await page.evaluate(() => {
+      const stats = document.getElementById('stats');
+      stats.textContent = stats.textContent.split(':')[0];
+    });
     await page.screenshot({ path: screenshot });
     console.log(`screenshot: ${screenshot}`);
   }
