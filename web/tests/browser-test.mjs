@@ -103,6 +103,11 @@ try {
     { text: 'Wood grain', preset: 'textured' },
     { text: 'عربي Hebrew עברית', preset: 'neon' },
     { text: 'LettrixPlay!', preset: '', what: 'every effect', change: [everyEffect] },
+    // The same line again, with changes the page's probe does not see: it draws from the last measure.
+    {
+      text: 'LettrixPlay!', preset: '', what: 'every effect, then the light, background and padding changed',
+      change: [everyEffect, (s) => { s.bevelAngleDegrees = 45; s.background = '#F0E0D0FF'; s.padding = 3; s.translateX = 2; }],
+    },
     { text: 'Clear glass', preset: '', what: 'every effect, transparent, moved', change: [everyEffect, clear] },
     { text: 'Cut off', preset: '', what: 'every effect, transparent, fixed canvas', change: [everyEffect, clear, cut] },
   ];
@@ -110,6 +115,7 @@ try {
     await page.evaluate((preset) => lettrixPage.applyPreset(preset), c.preset);
     for (const change of c.change ?? []) {
       await page.evaluate(`(${change.toString()})(lettrixPage.state); lettrixPage.state = lettrixPage.state;`);
+      await page.evaluate(() => lettrixPage.idle());
     }
     await page.evaluate((t) => lettrixPage.setText(t), c.text);
     await page.evaluate(() => lettrixPage.idle());
