@@ -237,10 +237,14 @@ const floorHalf = (v) => (v >= 0 ? Math.trunc(v / 2) : -Math.trunc((-v + 1) / 2)
 // so on a transparent canvas the picture does not depend on where the canvas lies, except for what is
 // measured from the canvas itself: gradients spread over it or over areas given in its pixels, and an
 // extrusion so long that the library cuts it down to the canvas (below this bound it never does).
+// The same holds on a canvas of one colour: there the picture is a window onto a larger one, and that
+// colour wherever the window reaches past it.
 const kExtrusionCostBound = 2 ** 30;
-function probeIsPicture(s) {
+function placeFree(s, reach) {
   const fromCanvas = (l) => l.extentCanvas || l.hasArea;
-  return parseHex(s.background).a === 0 && !fromCanvas(s.face) && !fromCanvas(s.outline);
+  const extrusionSteps = s.extrude ? Math.max(Math.abs(s.shadowX), Math.abs(s.shadowY)) : 0;
+  return !fromCanvas(s.face) && !fromCanvas(s.outline) &&
+    (!reach || extrusionSteps * width(reach) * height(reach) < kExtrusionCostBound);
 }
 
 // The settings a probe depends on, as text: all but where the canvas lies and what fills it, and the 3D
@@ -258,10 +262,11 @@ function sameMeasure(a, b) {
   return true;
 }
 
-// The w x h window of a pw x ph image whose top-left corner lies at (x, y) in the image; transparent
-// where the window reaches past the image.
-function windowOnto(pixels, pw, ph, x, y, w, h) {
+// The w x h window of a pw x ph image whose top-left corner lies at (x, y) in the image; `fill` (a BGRA
+// word) where the window reaches past the image.
+function windowOnto(pixels, pw, ph, x, y, w, h, fill) {
   const out = new Uint8Array(w * h * 4);
+  if (fill) new Uint32Array(out.buffer).fill(fill);
   const x0 = Math.max(0, -x), x1 = Math.min(w, pw - x);
   if (x1 <= x0) return out;
   for (let row = Math.max(0, -y); row < Math.min(h, ph - y); ++row) {
@@ -271,10 +276,34 @@ function windowOnto(pixels, pw, ph, x, y, w, h) {
   return out;
 }
 
+// The canvas's fill as the library's buffer holds it: a BGRA word, 0 for a transparent background.
+function backgroundWord(s) {
+  const bg = parseHex(s.background);
+  return bg.a ? ((bg.a << 24) | (bg.r << 16) | (bg.g << 8) | bg.b) >>> 0 : 0;
+}
+
 export class Renderer {
-  constructor(module) {
+  // `painter`, when given, draws a picture on another thread while this one measures: (settings, block
+  // bytes, canvas box, fill, textures) => a promise of the pixels, or of null when it could not.
+  constructor(module, painter = null) {
     this.m = module;
     this.args = new Arguments(module);
+    this.painter = painter;
+  }
+
+  // The picture on the canvas `box` of the drawing's coordinates, filled with `fill` first; null when the
+  // library refused.
+  paint(s, blockBytes, box, fill, textures) {
+    checkCanvasSize(width(box), height(box));
+    const m = this.m;
+    const block = m._LettrixGlobalAlloc(0, blockBytes.length);
+    if (block === 0) return null;
+    try {
+      m.HEAPU8.set(blockBytes, block);
+      return this.renderOnto(s, textures, block, -box.left, -box.top, width(box), height(box), fill);
+    } finally {
+      m._LettrixGlobalFree(block);
+    }
   }
 
   // Renders `block` (its box `ink`) onto a canvas of w x h pixels filled with `fill` (a BGRA word), the
@@ -299,36 +328,43 @@ export class Renderer {
 
   // The program's whole render: probe, canvas size, final picture. `blockBytes` is the outline block,
   // `ink` its box; textures are {face, outline} of {width, height, pixels (BGRA)} where a layer uses one.
-  // Returns {width, height, pixels} with pixels in memory order blue, green, red, alpha.
-  render(s, blockBytes, ink, textures) {
+  // Returns {width, height, pixels, route} with pixels in memory order blue, green, red, alpha; the route
+  // says how the picture was had: 'probe', 'painter', 'kept measure' or 'second render'.
+  async render(s, blockBytes, ink, textures) {
     const m = this.m;
     const block = m._LettrixGlobalAlloc(0, blockBytes.length);
     if (block === 0) throw new RenderError('out of memory for the outline block');
     try {
       m.HEAPU8.set(blockBytes, block);
-      return this.place(s, block, blockBytes, ink, textures);
+      return await this.place(s, block, blockBytes, ink, textures);
     } finally {
       m._LettrixGlobalFree(block);
     }
   }
 
-  place(s, block, blockBytes, glyphs, textures) {
+  async place(s, block, blockBytes, glyphs, textures) {
     // Probe: render on a transparent canvas with room to spare and measure what was drawn; should
     // anything touch the edge, the room grows and the probe runs again. Only alpha decides what counts as
     // drawn, and the 3D border shades colours alone, so a probe that is not itself the picture leaves the
     // border out (it is the costliest effect).
-    const reuse = probeIsPicture(s);
+    const fill = backgroundWord(s);
+    const reuse = fill === 0 && placeFree(s);
     const probeSettings = reuse || !s.bevel ? s : { ...s, bevel: false };
     // A probe that is not the picture is kept: dragging a colour, the background, the padding or the 3D
     // border changes nothing it measures, and the next picture then needs none.
     const measure = { settings: probeKey(probeSettings), block: blockBytes, textures };
     const known = reuse ? null : this.measured;
-    let drawn, probe, reach, complete = false;
+    let drawn, probe, reach, complete = false, painted = null, paintedBox = null;
     if (known && sameMeasure(known, measure)) drawn = known.drawn;
+    const measuredBefore = Boolean(drawn);
     for (let slack = 8; !drawn; slack *= 4) {
       reach = reachEstimate(s, glyphs, slack);
       checkCanvasSize(width(reach), height(reach));
       const pw = width(reach), ph = height(reach);
+      if (!reuse && !painted && this.painter && placeFree(s, reach)) {
+        paintedBox = reach;
+        painted = this.painter(s, blockBytes, reach, fill, textures);
+      }
       probe = this.renderOnto(probeSettings, textures, block, -reach.left, -reach.top, pw, ph, 0);
       if (!probe) throw new RenderError('the library drew nothing: the outline has no area');
       drawn = inkOf(probe, pw, ph);
@@ -356,16 +392,16 @@ export class Renderer {
     }
     checkCanvasSize(w, h);
     const tx = -left + s.translateX, ty = -top + s.translateY;
-    // The probe holds everything drawn, placed by whole pixels: the picture is a window onto it.
-    const extrusionSteps = s.extrude ? Math.max(Math.abs(s.shadowX), Math.abs(s.shadowY)) : 0;
-    if (reuse && complete && extrusionSteps * width(reach) * height(reach) < kExtrusionCostBound) {
-      return { width: w, height: h, pixels: windowOnto(probe, width(reach), height(reach), -reach.left - tx, -reach.top - ty, w, h) };
-    }
-    const bg = parseHex(s.background);
-    const fill = bg.a ? ((bg.a << 24) | (bg.r << 16) | (bg.g << 8) | bg.b) >>> 0 : 0;
+    // The probe, or the painter's picture, holds everything drawn, placed by whole pixels: the picture is
+    // a window onto it.
+    const window = (pixels, box) => windowOnto(pixels, width(box), height(box), -box.left - tx, -box.top - ty, w, h, fill);
+    if (reuse && complete && placeFree(s, reach)) return { width: w, height: h, pixels: window(probe, reach), route: 'probe' };
+    // Awaited even when it cannot be used, so that the painter is idle again for the next picture.
+    const big = painted && (await painted);
+    if (big && complete && reach === paintedBox) return { width: w, height: h, pixels: window(big, paintedBox), route: 'painter' };
     const pixels = this.renderOnto(s, textures, block, tx, ty, w, h, fill);
     if (!pixels) throw new RenderError('the library drew nothing: the outline has no area');
-    return { width: w, height: h, pixels };
+    return { width: w, height: h, pixels, route: measuredBefore ? 'kept measure' : 'second render' };
   }
 }
 

@@ -14,8 +14,30 @@ const fonts = new Map();
 const textures = new Map();
 let renderer = null;
 
+// A second thread draws pictures on coloured backgrounds while this one measures them; until it says it
+// listens (or where it cannot start) this one does both.
+const painter = new Worker('painter.js', { type: 'module' });
+const painted = new Map();
+let painterListens = false, nextPaint = 1;
+painter.onmessage = ({ data }) => {
+  if (data.type === 'listening') painterListens = true;
+  else painted.get(data.id)?.(data.pixels);
+};
+painter.onerror = (event) => event.preventDefault();
+function paint(settings, block, box, fill, textures) {
+  if (!painterListens) return null;
+  const id = nextPaint++;
+  return new Promise((resolve) => {
+    painted.set(id, (pixels) => {
+      painted.delete(id);
+      resolve(pixels);
+    });
+    painter.postMessage({ id, settings, block, box, fill, textures });
+  });
+}
+
 const ready = (async () => {
-  renderer = new Renderer(await createLettrixModule());
+  renderer = new Renderer(await createLettrixModule(), paint);
 })();
 
 async function texture(name) {
@@ -59,7 +81,7 @@ async function render(msg) {
   const used = {};
   if (s.face.fill === 'texture') used.face = await texture(s.face.texture);
   if (s.outline.fill === 'texture') used.outline = await texture(s.outline.texture);
-  const image = renderer.render(s, block, ink, used);
+  const image = await renderer.render(s, block, ink, used);
   const t2 = performance.now();
   return { ...image, block, glyphs, layoutMs: t1 - t0, renderMs: t2 - t1 };
 }

@@ -69,13 +69,16 @@ try {
   const data = JSON.parse(readFileSync(join(webDir, 'lettrix-data.json'), 'utf8'));
 
   // ------------------------------------------------------------ native blocks drawn by the page
+  // The ways the page has of making a picture, each of which must give lettrix's pixels.
+  const routes = new Set();
   for (const preset of data.presets) {
     const block = join(work, `${preset.name}.bin`), tga = join(work, `${preset.name}.tga`);
     execFileSync(lettrix, ['--preset', preset.name, '--dump-outline', block, '-o', tga]);
     const got = await page.evaluate((bytes, s) => lettrixPage.renderBlock(bytes, s).then((r) => (
-      r.type === 'rendered' ? { width: r.width, height: r.height, pixels: Array.from(r.pixels) } : { error: r.message })),
+      r.type === 'rendered' ? { width: r.width, height: r.height, pixels: Array.from(r.pixels), route: r.route } : { error: r.message })),
       Array.from(readFileSync(block)), preset.settings);
     const diff = got.error ?? difference({ ...got, pixels: Uint8Array.from(got.pixels) }, readTga(tga));
+    routes.add(got.route);
     check(`preset ${preset.name}: the page draws lettrix's outline block with the same pixels as lettrix`, diff === null, diff ?? '');
   }
 
@@ -110,6 +113,13 @@ try {
     },
     { text: 'Clear glass', preset: '', what: 'every effect, transparent, moved', change: [everyEffect, clear] },
     { text: 'Cut off', preset: '', what: 'every effect, transparent, fixed canvas', change: [everyEffect, clear, cut] },
+    // Gradients measured from the canvas: the picture is drawn on the canvas itself.
+    {
+      text: 'Wide', preset: '', what: 'every effect, gradients over the canvas and an area of it',
+      change: [everyEffect, (s) => {
+        s.face.extentCanvas = true; s.outline.hasArea = true; s.outline.area = [10, 5, 200, 80];
+      }],
+    },
   ];
   for (const c of cases) {
     await page.evaluate((preset) => lettrixPage.applyPreset(preset), c.preset);
@@ -120,7 +130,7 @@ try {
     await page.evaluate((t) => lettrixPage.setText(t), c.text);
     await page.evaluate(() => lettrixPage.idle());
     const r = await page.evaluate(() => ({
-      args: lettrixPage.commandArgs(), block: Array.from(lettrixPage.last.block),
+      route: lettrixPage.last.route, args: lettrixPage.commandArgs(), block: Array.from(lettrixPage.last.block),
       width: lettrixPage.last.width, height: lettrixPage.last.height, pixels: Array.from(lettrixPage.last.pixels),
     }));
     const block = join(work, 'page.bin'), tga = join(work, 'page.tga');
@@ -138,7 +148,11 @@ try {
     }
     check(`"${c.text}" (${c.what ?? c.preset}): lettrix given the page's block and copied options draws the page's pixels`,
       diff === null, diff ?? args.join(' '));
+    routes.add(r.route);
   }
+  const allRoutes = ['probe', 'painter', 'kept measure', 'second render'];
+  check('every way the page has of making a picture was compared with lettrix', allRoutes.every((w) => routes.has(w)),
+    [...routes].join(', '));
 
   // ------------------------------------------------------------ redraw time, 12 glyphs, every effect on
   // A figure, not a check: typing one letter after another, from the change to the picture on the canvas.
