@@ -1,7 +1,7 @@
-// lettrix-web-data: writes what the browser playground shares with the lettrix program, so the page never
-// keeps a copy of its own: the presets (as the settings the program's parser makes of them), the options
-// with their value forms, ranges and defaults (read from the program's help text), the default settings,
-// and the generated textures as raw pixels.
+// lettrix-web-data: writes what the browser playground shares with the lettrix program and the Python
+// package, so the page never keeps a copy of its own: the presets (as the settings the composition layer
+// makes of them), the options with their value forms, ranges and defaults, the default settings, and the
+// generated textures as raw pixels.
 //
 //   lettrix-web-data DIR   writes DIR/lettrix-data.json and DIR/textures/NAME.bgra (256 x 256 x 4 bytes:
 //                          blue, green, red, alpha)
@@ -10,72 +10,70 @@
 #include <string>
 #include <vector>
 
-#include "tools/lettrix_cli/options.h"
-#include "tools/lettrix_cli/presets.h"
-#include "tools/lettrix_cli/textures.h"
-#include "tools/lettrix_cli/tool_error.h"
-#include "tools/lettrix_cli/values.h"
+#include "compose/generated_textures.h"
+#include "compose/option_table.h"
+#include "compose/settings.h"
 #include "tools/web_data/json_writer.h"
-#include "tools/web_data/help_table.h"
 
 namespace {
 
+namespace compose = lx::compose;
 using lxt::web::Json;
 
-std::string Hex(const lxt::Rgba& c) {
+std::string Hex(const compose::Rgba& c) {
   char s[10];
   std::snprintf(s, sizeof s, "#%02X%02X%02X%02X", c.r, c.g, c.b, c.a);
   return s;
 }
 
-const char* FillName(lxt::FillKind k) {
+const char* FillName(compose::FillKind k) {
   switch (k) {
-    case lxt::FillKind::kSolid:
+    case compose::FillKind::kSolid:
       return "solid";
-    case lxt::FillKind::kTwoColour:
+    case compose::FillKind::kTwoColour:
       return "two-colour";
-    case lxt::FillKind::kStops:
+    case compose::FillKind::kStops:
       return "stops";
-    case lxt::FillKind::kTexture:
+    case compose::FillKind::kTexture:
       return "texture";
   }
   return "solid";
 }
 
-const char* ShapeName(lxt::GradientShape s) {
+const char* ShapeName(compose::GradientShape s) {
   switch (s) {
-    case lxt::GradientShape::kDefault:
+    case compose::GradientShape::kDefault:
       return "default";
-    case lxt::GradientShape::kVertical:
+    case compose::GradientShape::kVertical:
       return "vertical";
-    case lxt::GradientShape::kRadial:
+    case compose::GradientShape::kRadial:
       return "radial";
-    case lxt::GradientShape::kLinear:
+    case compose::GradientShape::kLinear:
       return "linear";
   }
   return "default";
 }
 
-const char* TilingName(lxt::TextureTiling t) {
+const char* TilingName(compose::TextureTiling t) {
   switch (t) {
-    case lxt::TextureTiling::kCentre:
+    case compose::TextureTiling::kCentre:
       return "centre";
-    case lxt::TextureTiling::kStretch:
+    case compose::TextureTiling::kStretch:
       return "stretch";
-    case lxt::TextureTiling::kTile:
+    case compose::TextureTiling::kTile:
       return "tile";
   }
   return "tile";
 }
 
-void WriteLayer(Json& j, const lxt::LayerSettings& l) {
+void WriteLayer(Json& j, const compose::LayerSettings& l) {
   j.Open('{');
   j.Key("fill").String(FillName(l.fill));
   j.Key("colour").String(Hex(l.colour));
   j.Key("start").String(Hex(l.start));
   j.Key("end").String(Hex(l.end));
   j.Key("stops").Open('[');
-  for (const lxt::ColourStop& s : l.stops) {
+  for (const compose::ColourStop& s : l.stops) {
     j.Open('{').Key("colour").String(Hex(s.colour)).Key("weight").Number(s.weight).Close('}');
   }
   j.Close(']');
@@ -94,10 +92,9 @@ void WriteLayer(Json& j, const lxt::LayerSettings& l) {
   j.Close('}');
 }
 
-// The settings of a job as the page keeps them: the job's own field names, colours as #RRGGBBAA.
-void WriteSettings(Json& j, const lxt::Job& job) {
+// Settings as the page keeps them: their own field names, colours as #RRGGBBAA.
+void WriteSettings(Json& j, const compose::Settings& job) {
   j.Open('{');
-  j.Key("text").String(job.text);
   j.Key("pixelSize").Number(job.pixelSize);
   j.Key("fixedCanvas").Bool(job.fixedCanvas);
   j.Key("canvasWidth").Number(job.canvasWidth);
@@ -131,18 +128,24 @@ void WriteSettings(Json& j, const lxt::Job& job) {
   j.Close('}');
 }
 
-lxt::ProgramInfo NativeProgram() {
-  lxt::ProgramInfo info;
-  info.name = "lettrix";
-  info.hasFontconfig = true;
-  info.readsPng = true;
-  return info;
+compose::Settings PresetSettings(const std::string& name) {
+  compose::Settings settings;
+  compose::ApplyPreset(settings, name);
+  return settings;
 }
 
-// The job the program makes of these options; the output name only satisfies the parser.
-lxt::Job ParsedJob(std::vector<std::string> args) {
-  args.insert(args.end(), {"-o", "page.png", "--text", "Lettrix"});
-  return lxt::ParseCommandLine(args, NativeProgram()).job;
+// The generated textures' names, as the option table lists them: "gen:a, gen:b".
+std::vector<std::string> GeneratedTextures() {
+  std::vector<std::string> names;
+  const std::string list = compose::GeneratedTextureList();
+  for (size_t at = 0; at < list.size();) {
+    size_t end = list.find(',', at);
+    if (end == std::string::npos) end = list.size();
+    size_t first = list.find_first_not_of(' ', at);
+    if (first < end) names.push_back(list.substr(first, end - first));
+    at = end + 1;
+  }
+  return names;
 }
 
 bool WriteFile(const std::string& path, const std::string& bytes) {
@@ -163,22 +166,22 @@ int main(int argc, char** argv) {
     Json j;
     j.Open('{');
     j.Key("defaults");
-    WriteSettings(j, ParsedJob({}));
+    WriteSettings(j, compose::Settings{});
 
     j.Key("presets").Open('[');
-    for (const lxt::Preset& p : lxt::AllPresets()) {
+    for (const compose::Preset& p : compose::Presets()) {
       j.Open('{');
       j.Key("name").String(p.name);
       j.Key("description").String(p.description);
       j.Key("sampleText").String(p.sampleText);
       j.Key("settings");
-      WriteSettings(j, ParsedJob({"--preset", p.name}));
+      WriteSettings(j, PresetSettings(p.name));
       j.Close('}');
     }
     j.Close(']');
 
     j.Key("options").Open('[');
-    for (const lxt::web::HelpOption& o : lxt::web::ReadHelpTable(lxt::HelpText(NativeProgram()))) {
+    for (const compose::OptionInfo& o : compose::Options()) {
       j.Open('{');
       j.Key("name").String(o.name);
       j.Key("section").String(o.section);
@@ -190,9 +193,9 @@ int main(int argc, char** argv) {
     j.Close(']');
 
     j.Key("textures").Open('[');
-    for (const std::string& name : lxt::Split(lxt::GeneratedTextureList(), ',')) {
+    for (const std::string& name : GeneratedTextures()) {
       const std::string bare = name.substr(name.find(':') + 1);
-      const lxt::Image image = lxt::GenerateTexture(bare);
+      const compose::Image image = compose::GenerateTexture(bare);
       const std::string file = "textures/" + bare + ".bgra";
       const std::string bytes(reinterpret_cast<const char*>(image.pixels.data()), image.pixels.size() * 4);
       if (!WriteFile(dir + "/" + file, bytes)) {
