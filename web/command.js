@@ -87,20 +87,29 @@ export function commandLine(job) {
 }
 
 function pythonValue(v) {
-  if (v === null) return 'True';
+  if (typeof v === 'boolean') return v ? 'True' : 'False';
   if (Array.isArray(v)) return `(${v.map(pythonValue).join(', ')})`;
   if (typeof v === 'number') return String(v);
   return JSON.stringify(v);
 }
 
-// lettrix.render(...) with every option as a keyword (dashes to underscores), pairs as tuples.
+// The Python package's lettrix.render(text, ...) (or render_block for the page's several lines) with every
+// option as a keyword (dashes to underscores), a pair of switches as one bool keyword, pairs as tuples;
+// then lettrix.save.
 export function pythonCall(job) {
   const kw = [];
-  if (job.blockFile) kw.push(['outline_block', job.blockFile]);
-  else kw.push(['text', job.text]);
   if (job.preset) kw.push(['preset', job.preset]);
-  if (job.fontPath) kw.push(['font', job.fontPath]);
-  for (const [name, value] of changedOptions(job.settings, job.base)) kw.push([name.replace(/-/g, '_'), value]);
-  kw.push(['output', job.output]);
-  return `import lettrix\n\nlettrix.render(\n${kw.map(([k, v]) => `    ${k}=${pythonValue(v)},`).join('\n')}\n)\n`;
+  if (job.fontPath && !job.blockFile) kw.push(['font', job.fontPath]);
+  for (const [name, value] of changedOptions(job.settings, job.base)) {
+    // A block is laid out already: render_block takes no size.
+    if (job.blockFile && name === 'size') continue;
+    if (value !== null) kw.push([name.replace(/-/g, '_'), value]);
+    else if (name.startsWith('no-')) kw.push([name.slice(3).replace(/-/g, '_'), false]);
+    else kw.push([name.replace(/-/g, '_'), true]);
+  }
+  const args = kw.map(([k, v]) => `    ${k}=${pythonValue(v)},`);
+  const call = job.blockFile
+    ? `with open(${JSON.stringify(job.blockFile)}, "rb") as f:\n    block = f.read()\nimage = lettrix.render_block(\n    block,\n`
+    : `image = lettrix.render(\n    ${pythonValue(job.text)},\n`;
+  return `import lettrix\n\n${call}${args.join('\n')}${args.length ? '\n' : ''})\nlettrix.save(image, ${JSON.stringify(job.output)})\n`;
 }
