@@ -5,6 +5,7 @@
 //
 //   lettrix-web-data DIR   writes DIR/lettrix-data.json and DIR/textures/NAME.bgra (256 x 256 x 4 bytes:
 //                          blue, green, red, alpha)
+#include <cstddef>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -26,44 +27,26 @@ std::string Hex(const compose::Rgba& c) {
   return s;
 }
 
+// The enums' names as the page spells them, in the enums' order.
+template <typename Enum, size_t N>
+const char* NameOf(Enum value, const char* const (&names)[N]) {
+  const size_t i = static_cast<size_t>(value);
+  return i < N ? names[i] : names[0];
+}
+
 const char* FillName(compose::FillKind k) {
-  switch (k) {
-    case compose::FillKind::kSolid:
-      return "solid";
-    case compose::FillKind::kTwoColour:
-      return "two-colour";
-    case compose::FillKind::kStops:
-      return "stops";
-    case compose::FillKind::kTexture:
-      return "texture";
-  }
-  return "solid";
+  static const char* const kNames[] = {"solid", "two-colour", "stops", "texture"};
+  return NameOf(k, kNames);
 }
 
 const char* ShapeName(compose::GradientShape s) {
-  switch (s) {
-    case compose::GradientShape::kDefault:
-      return "default";
-    case compose::GradientShape::kVertical:
-      return "vertical";
-    case compose::GradientShape::kRadial:
-      return "radial";
-    case compose::GradientShape::kLinear:
-      return "linear";
-  }
-  return "default";
+  static const char* const kNames[] = {"default", "vertical", "radial", "linear"};
+  return NameOf(s, kNames);
 }
 
 const char* TilingName(compose::TextureTiling t) {
-  switch (t) {
-    case compose::TextureTiling::kCentre:
-      return "centre";
-    case compose::TextureTiling::kStretch:
-      return "stretch";
-    case compose::TextureTiling::kTile:
-      return "tile";
-  }
-  return "tile";
+  static const char* const kNames[] = {"centre", "stretch", "tile"};
+  return NameOf(t, kNames);
 }
 
 void WriteLayer(Json& j, const compose::LayerSettings& l) {
