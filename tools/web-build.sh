@@ -26,7 +26,7 @@ cmake --build "$native" -j "$jobs" --target lettrix_web_data lettrix_cli
 rm -rf "$out"
 mkdir -p "$out/vendor/harfbuzzjs" "$out/fonts" "$out/textures"
 cp "$root"/web/index.html "$root"/web/style.css "$root"/web/app.js "$root"/web/worker.js "$root"/web/painter.js \
-  "$root"/web/layout.js "$root"/web/renderer.js "$root"/web/command.js "$out/"
+  "$root"/web/layout.js "$root"/web/renderer.js "$root"/web/command.js "$root"/web/png.js "$out/"
 cp "$wasm/bin/lettrix.mjs" "$wasm/bin/lettrix.wasm" "$out/"
 hb="$root/web/node_modules/harfbuzzjs/dist"
 cp "$hb/index.mjs" "$hb/harfbuzz.js" "$hb/harfbuzz.wasm" "$out/vendor/harfbuzzjs/"

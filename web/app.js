@@ -2,6 +2,7 @@
 // drawing worker for a new picture; while one is being drawn, later changes are folded into a single
 // next request, so typing never waits. A failed render leaves the last good picture in place.
 import { commandArgs, commandLine, pythonCall } from './command.js';
+import { encodePng } from './png.js';
 
 const $ = (id) => document.getElementById(id);
 const kDefaultFontPath = '/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf';
@@ -439,7 +440,7 @@ async function start() {
   });
   $('text').addEventListener('input', () => changed(false));
   $('backdrop').addEventListener('change', () => ($('stage').className = $('backdrop').value));
-  $('download-png').addEventListener('click', () => $('canvas').toBlob((b) => download(b, 'lettrix.png'), 'image/png'));
+  $('download-png').addEventListener('click', () => last && encodePng(last.width, last.height, last.pixels).then((b) => download(b, 'lettrix.png')));
   $('download-block').addEventListener('click', () => last && download(new Blob([last.block]), 'lettrix-outline.bin'));
   $('copy-command').addEventListener('click', () => copy(commandLine(job()), 'The command'));
   $('copy-python').addEventListener('click', () => copy(pythonCall(job()), 'The Python call'));
@@ -469,6 +470,8 @@ window.lettrixPage = {
   commandArgs: () => commandArgs(job()),
   pythonCall: () => pythonCall(job()),
   setText(text) { $('text').value = text; changed(false); },
+  // The bytes "Download PNG" saves.
+  png: () => encodePng(last.width, last.height, last.pixels).then((b) => b.arrayBuffer()).then((a) => Array.from(new Uint8Array(a))),
   loadFontBytes: (bytes, name) => loadFont(new Uint8Array(bytes), name),
   // Renders a given outline block with the given settings, as the page renders its own.
   renderBlock: (block, settings) => new Promise((resolve) => {

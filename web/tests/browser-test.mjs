@@ -5,6 +5,7 @@ import { execFileSync } from 'node:child_process';
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
+import { crc32, inflateSync } from 'node:zlib';
 import puppeteer from 'puppeteer-core';
 import { serve } from '../serve.mjs';
 
@@ -22,6 +23,36 @@ function readTga(path) {
   const b = readFileSync(path);
   const w = b[12] | (b[13] << 8), h = b[14] | (b[15] << 8);
   return { width: w, height: h, pixels: new Uint8Array(b.subarray(18 + b[0], 18 + b[0] + w * h * 4)) };
+}
+
+// A PNG file as the page writes it (8-bit RGBA, rows unfiltered) as BGRA pixels; {error} for anything else.
+function readPng(bytes) {
+  const b = Buffer.from(bytes);
+  if (b.readUInt32BE(0) !== 0x89504e47) return { error: 'not a PNG file' };
+  let at = 8, width = 0, height = 0;
+  const idat = [];
+  while (at < b.length) {
+    const length = b.readUInt32BE(at);
+    const type = b.toString('latin1', at + 4, at + 8);
+    const data = b.subarray(at + 8, at + 8 + length);
+    if (crc32(b.subarray(at + 4, at + 8 + length)) !== b.readUInt32BE(at + 8 + length)) return { error: `bad CRC in ${type}` };
+    if (type === 'IHDR' && (data[8] !== 8 || data[9] !== 6)) return { error: 'not 8-bit RGBA' };
+    if (type === 'IHDR') [width, height] = [data.readUInt32BE(0), data.readUInt32BE(4)];
+    if (type === 'IDAT') idat.push(data);
+    at += 12 + length;
+  }
+  const rows = inflateSync(Buffer.concat(idat));
+  const stride = width * 4 + 1;
+  if (rows.length !== stride * height) return { error: `${rows.length} bytes of rows for ${width}x${height}` };
+  const pixels = new Uint8Array(width * height * 4);
+  for (let y = 0; y < height; ++y) {
+    if (rows[y * stride] !== 0) return { error: `row ${y} is filtered` };
+    for (let x = 0; x < width; ++x) {
+      const from = y * stride + 1 + x * 4, to = (y * width + x) * 4;
+      [pixels[to], pixels[to + 1], pixels[to + 2], pixels[to + 3]] = [rows[from + 2], rows[from + 1], rows[from], rows[from + 3]];
+    }
+  }
+  return { width, height, pixels };
 }
 
 // The first differing pixel, or null when both images are the same size and the same bytes.
@@ -129,7 +160,7 @@ try {
       text: 'LettrixPlay!', preset: '', what: 'every effect, then the light, background and padding changed',
       change: [everyEffect, (s) => { s.bevelAngleDegrees = 45; s.background = '#F0E0D0FF'; s.padding = 3; s.translateX = 2; }],
     },
-    { text: 'Clear glass', preset: '', what: 'every effect, transparent, moved', change: [everyEffect, clear] },
+    { text: 'Clear glass', preset: '', what: 'every effect, transparent, moved', change: [everyEffect, clear], png: true },
     { text: 'Cut off', preset: '', what: 'every effect, transparent, fixed canvas', change: [everyEffect, clear, cut] },
     // Gradients measured from the canvas: the picture is drawn on the canvas itself.
     {
@@ -167,6 +198,12 @@ try {
     check(`"${c.text}" (${c.what ?? c.preset}): lettrix given the page's block and copied options draws the page's pixels`,
       diff === null, diff ?? args.join(' '));
     routes.add(r.route);
+    if (c.png) {
+      // Translucent pixels are where a canvas's own PNG would differ.
+      const png = readPng(await page.evaluate(() => lettrixPage.png()));
+      const pngDiff = png.error ?? difference(png, readTga(tga));
+      check(`"Download PNG" of "${c.text}" holds lettrix's pixels, translucent ones included`, pngDiff === null, pngDiff ?? '');
+    }
   }
   const allRoutes = ['probe', 'painter', 'kept measure', 'second render'];
   check('every way the page has of making a picture was compared with lettrix', allRoutes.every((w) => routes.has(w)),
