@@ -183,6 +183,34 @@ check_dll x86_64-w64-mingw32-objdump "$root/build/windows64/bin/lettrix.dll" || 
 LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows64" || status=1
 finish_stage "Windows 64-bit under wine64" "$start" "$status"
 
+# ---- web: the library in WebAssembly and the playground page, tested in Debian's Chromium
+echo "== web: WebAssembly build and browser tests"
+start=$SECONDS
+if ! command -v emcmake >/dev/null || [ ! -x /usr/bin/chromium ] || ! command -v npm >/dev/null; then
+  echo "test-all: web stage skipped: emscripten, chromium or npm is not installed and could not be installed"
+  finish_stage "web: WebAssembly + Chromium" "$start" 77
+else
+  status=0
+  LETTRIX_JOBS=$jobs bash "$root/tools/web-build.sh" || status=1
+  if [ "$status" -eq 0 ]; then
+    web_log="$root/build/web-test.log"
+    # The run also takes the README's screenshot of the page.
+    node "$root/web/tests/browser-test.mjs" "$root/build/web" "$root/build/native/bin/lettrix" \
+      "$root/docs/web/playground.png" </dev/null | tee "$web_log"
+    status=${PIPESTATUS[0]}
+    web_counts=$(tail -n 1 "$web_log")
+    if [[ "$web_counts" =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+      passed_total=$((passed_total + BASH_REMATCH[1]))
+      failed_total=$((failed_total + BASH_REMATCH[2]))
+    else
+      failed_total=$((failed_total + 1))
+    fi
+  else
+    failed_total=$((failed_total + 1))
+  fi
+  finish_stage "web: WebAssembly + Chromium" "$start" "$status"
+fi
+
 echo "== summary"
 printf '%s\n' "${results[@]}"
 echo "total: ${SECONDS}s"
