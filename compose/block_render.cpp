@@ -201,9 +201,10 @@ void ApplySettings(RenderHandle* slot, const Settings& settings, Textures& textu
   SetShadowZoom(slot, &settings.shadowZoomX, &settings.shadowZoomY);
   const uint8_t shadowBlur = static_cast<uint8_t>(settings.shadowBlur);
   SetShadowBlurLevel(slot, &shadowBlur);
-  const uint8_t extrude = settings.extrude ? 1 : 0, smooth = settings.extrudeSmooth ? 1 : 0;
+  // The library's default colouring (1) lets the stamps build up; any other value gives the even body.
+  const uint8_t extrude = settings.extrude ? 1 : 0, colouring = settings.extrudeSmooth ? 0 : 1;
   SetShadowExtruded(slot, &extrude);
-  SetExtrudedShadowColor(slot, &smooth);
+  SetExtrudedShadowColor(slot, &colouring);
   const uint8_t visible = settings.shadowVisible ? 1 : 0, only = settings.shadowOnly ? 1 : 0;
   SetShadowVisible(slot, &visible);
   SetDrawShadowOnly(slot, &only);

@@ -366,8 +366,9 @@ std::vector<Section> BuildSections() {
                     [](Settings& j, const std::string&, const std::string&) { j.extrude = false; }});
   shadow.push_back(
       {"extrude-shading", 0, "smooth|flat", "default smooth",
-       "smooth softens the extruded block into one solid; flat keeps the stamps and smooths only "
-       "its edge",
+       "smooth makes the extruded block one even body at the Shadow's alpha (SetExtrudedShadowColor "
+       "0); flat lets the stamps build up, so a see-through block grows denser towards the letters "
+       "(SetExtrudedShadowColor 1, the library's default); both smooth the block's edge",
        [](Settings& j, const std::string& n, const std::string& v) {
          const std::string s = LowerCase(v);
          if (s != "smooth" && s != "flat") {

@@ -122,7 +122,7 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
 void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX,
                    uint8_t extrudedShadowColour) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
-  if (extrudedShadowColour != 1) {
+  if (extrudedShadowColour == 1) {
     Extrude(image, dx, dy, useMMX);
     return;
   }

@@ -22,9 +22,10 @@ class BlurFilter;
 void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX);
 
 // The extrusion as the Shadow pass applies it. With extrudedShadowColour 1 (the default setting) the
-// block is one even body: no pixel ends more opaque than the most opaque pixel of the shape before
-// stamping, so a translucent Shadow keeps its alpha all along the block. With any other value the
-// overlapping stamps build up, and a translucent block grows denser towards the glyphs.
+// overlapping stamps build up, as stamps composited over each other do, and a translucent block grows
+// denser towards the glyphs. With any other value the block is one even body: no pixel ends more opaque
+// than the most opaque pixel of the shape before stamping, so a translucent Shadow keeps its alpha all
+// along the block.
 void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour);
 
 // Smooths the outline of an extruded block, whose sides the stamps leave stepped (the pipeline calls it

@@ -171,7 +171,7 @@ function applySettings(p, s, textures) {
   p.call('_SetShadowZoom', (a) => a.f64(s.shadowZoomX), (a) => a.f64(s.shadowZoomY));
   p.call('_SetShadowBlurLevel', (a) => a.u8(s.shadowBlur));
   p.call('_SetShadowExtruded', (a) => a.u8(s.extrude ? 1 : 0));
-  p.call('_SetExtrudedShadowColor', (a) => a.u8(s.extrudeSmooth ? 1 : 0));
+  p.call('_SetExtrudedShadowColor', (a) => a.u8(s.extrudeSmooth ? 0 : 1));
   p.call('_SetShadowVisible', (a) => a.u8(s.shadowVisible ? 1 : 0));
   p.call('_SetDrawShadowOnly', (a) => a.u8(s.shadowOnly ? 1 : 0));
 }

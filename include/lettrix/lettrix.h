@@ -21,14 +21,21 @@
  *
  * Extruded Shadow: SetShadowExtruded(1) turns the flat Shadow into a solid block that joins the copy at
  * the Shadow offset to the glyphs' own position: the Shadow shape is laid over itself at every pixel step
- * of the line between the two. With SetExtrudedShadowColor(1) (the default) the block is one even body
- * in the Shadow colour at the Shadow alpha; with any other value the overlapping steps build up, so a
- * translucent Shadow grows denser towards the glyphs (an opaque one looks the same either way). With a
+ * of the line between the two. With SetExtrudedShadowColor(1) (the default) the overlapping steps are
+ * composited over each other, so a translucent Shadow grows denser towards the glyphs; with any other
+ * value (0, say) the block is one even body in the Shadow colour at the Shadow alpha (an opaque Shadow
+ * looks the same either way). With a
  * Shadow blur level of 0 the block's outline is then smoothed: a light blur of its alpha (radius 1,
  * three times) rounds off the stair-steps the line leaves on slanted sides, and a steeper alpha ramp
  * about half the body's alpha restores a solid body with an antialiased edge about two pixels wide, where
  * the unsmoothed edge was. Colours are left as drawn. A Shadow blur level above 0 replaces that smoothing
- * by the ordinary blur.
+ * by the ordinary blur. An extrusion costs about its length in pixels times the Shadow image's pixels: a
+ * Shadow whose extrusion would still cost more than 2^34 pixel blends after it is cut down to what can
+ * reach the buffer is not drawn at all (the Outline and Face still are); everyday offsets never come near.
+ *
+ * Caller memory: the functions that take the caller's memory (Render's block and buffer, textures,
+ * colour stops) check it before use, but those checks see unmapped or protected memory only. A heap
+ * block that is too small for the size given is not caught: the caller must pass sizes that fit.
  */
 #ifndef LETTRIX_H
 #define LETTRIX_H

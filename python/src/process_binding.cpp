@@ -270,8 +270,9 @@ manager; close() releases the process at once, after which every call does nothi
   DefByte(c, "set_shadow_visible", SetShadowVisible, "on", "1 draws the Shadow (default), 0 hides it.");
   DefByte(c, "set_draw_shadow_only", SetDrawShadowOnly, "on", "1 draws the Shadow alone.");
   DefByte(c, "set_shadow_extruded", SetShadowExtruded, "on", "1 extrudes the Shadow into a solid block.");
-  DefByte(c, "set_extruded_shadow_color", SetExtrudedShadowColor, "value",
-          "1 (default): the extruded block is one even body; other values let the steps build up.");
+  DefByte(
+      c, "set_extruded_shadow_color", SetExtrudedShadowColor, "value",
+      "1 (default): the extruded steps build up, denser towards the glyphs; other values: one even body.");
   DefByte(c, "set_face_blur_level", SetFaceBlurLevel, "level", "Face blur radius in pixels, 0..254.");
   DefByte(c, "set_outline_blur_level", SetOutlineBlurLevel, "level",
           "Outline blur radius in pixels, 0..254.");

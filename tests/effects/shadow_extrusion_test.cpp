@@ -167,20 +167,20 @@ TEST(Extrude, NeverTouchesMemoryOutsideTheLayer) {
   }
 }
 
-TEST(ExtrudeShadow, SolidColouringKeepsTheShadowAlpha) {
+TEST(ExtrudeShadow, DefaultColouringBuildsUpAndTheOtherKeepsTheShadowAlpha) {
   TestImage shape(24, 6);
   shape.fillRect(2, 1, 6, 5, Pixel(30, 30, 30, 140));
   shape.at(6, 2) = Pixel(30, 30, 30, 70);  // an antialiased edge pixel
 
   TestImage layered = shape;
-  ExtrudeShadow(layered.view(), 8, 0, false, 0);
+  ExtrudeShadow(layered.view(), 8, 0, false, 1);
   EXPECT_EQ(layered.pixels, Extruded(shape, 8, 0).pixels);
   // Where stamps overlap, a translucent block builds up towards the glyphs.
   EXPECT_GT(Byte(layered.at(9, 2), 3), 140);
   EXPECT_GT(Byte(layered.at(9, 2), 3), Byte(layered.at(13, 2), 3));
 
   TestImage solid = shape;
-  ExtrudeShadow(solid.view(), 8, 0, false, 1);
+  ExtrudeShadow(solid.view(), 8, 0, false, 0);
   for (int32_t y = 0; y < 6; ++y) {
     for (int32_t x = 0; x < 24; ++x) {
       const uint32_t built = layered.at(x, y);
