@@ -1,9 +1,8 @@
-// Sizing of the work images: the outline's rectangle plus room for the stroke and the blur.
+#include "render/pass_plan.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-
-#include "render/render_pipeline.h"
 
 namespace lx {
 
@@ -37,6 +36,19 @@ WorkGeometry MeasureWork(const IntRect& glyphRect, double strokeWidth, uint8_t f
   g.glyphOffsetX = int64_t{g.halfThickness} - glyphRect.left + border;
   g.glyphOffsetY = int64_t{g.halfThickness} - glyphRect.top + border;
   return g;
+}
+
+bool CutExtrudedShadow(ExtrudedShadow* e, int32_t outputWidth, int32_t outputHeight, uint8_t blurLevel) {
+  if (e->cost() <= kExtrusionBudget) return true;
+  // The blur (or the softening) reads up to three radii around a pixel: its colour bleed reaches two.
+  const int64_t margin = 3 * int64_t{std::min<uint8_t>(blurLevel, 254)} + 16;
+  Box keep{std::max(e->image.left, -margin), std::max(e->image.top, -margin),
+           std::min(e->image.right, int64_t{outputWidth} + margin),
+           std::min(e->image.bottom, int64_t{outputHeight} + margin)};
+  if (keep.empty()) keep = e->shape;
+  e->image = {std::min(keep.left, e->shape.left), std::min(keep.top, e->shape.top),
+              std::max(keep.right, e->shape.right), std::max(keep.bottom, e->shape.bottom)};
+  return e->cost() <= kExtrusionLimit;
 }
 
 }  // namespace lx

@@ -18,6 +18,7 @@
 #include "image/pixel_ops.h"
 #include "effects/compositing.h"
 #include "render/outline_decoder.h"
+#include "render/pass_plan.h"
 #include "render/render_process.h"
 
 namespace lx {
@@ -130,53 +131,6 @@ LayerAreas AreasFor(const WorkImage& work, const PixelBuffer& output) {
   return areas;
 }
 
-// An extrusion lays the whole Shadow image over itself once per step of the offset, so its cost is the
-// reachable steps times the image's pixels. A hostile offset makes both huge. Past the budget the image
-// is cut down to the part that can still reach the buffer (with room for the blur), keeping the shape,
-// which every step copies; if even that costs more than the limit, the Shadow counts as too large to
-// draw. Offsets of everyday size never come near the budget, and the cut changes no pixel of the buffer
-// (except, for a translucent block that builds up, how dense its smoothed edge is).
-constexpr double kExtrusionBudget = 4294967296.0;  // 2^32 pixel blends
-constexpr double kExtrusionLimit = 17179869184.0;  // 2^34
-
-struct Box {
-  int64_t left, top, right, bottom;
-  int64_t width() const { return right - left; }
-  int64_t height() const { return bottom - top; }
-  bool empty() const { return right <= left || bottom <= top; }
-};
-
-// An extruded Shadow in the output's coordinates: its image, the shape inside it, and its extrusion.
-struct ExtrudedShadow {
-  Box image;
-  Box shape;
-  int64_t dx, dy;
-
-  // Each step moves the stamp one pixel along the offset's longer axis: only the steps that bring the
-  // shape over the image cost anything.
-  double cost() const {
-    const bool alongX = std::llabs(dx) >= std::llabs(dy);
-    const int64_t steps = std::max(std::llabs(dx), std::llabs(dy));
-    const int64_t span = alongX ? image.width() + shape.width() : image.height() + shape.height();
-    return static_cast<double>(std::min(steps, span)) * static_cast<double>(image.width()) *
-           static_cast<double>(image.height());
-  }
-};
-
-// Cuts a costly extruded Shadow down to what can reach the output; false when it stays too costly.
-bool CutExtrudedShadow(ExtrudedShadow* e, const PixelBuffer& output, uint8_t blurLevel) {
-  if (e->cost() <= kExtrusionBudget) return true;
-  // The blur (or the softening) reads up to three radii around a pixel: its colour bleed reaches two.
-  const int64_t margin = 3 * int64_t{std::min<uint8_t>(blurLevel, 254)} + 16;
-  Box keep{std::max(e->image.left, -margin), std::max(e->image.top, -margin),
-           std::min(e->image.right, int64_t{output.width()} + margin),
-           std::min(e->image.bottom, int64_t{output.height()} + margin)};
-  if (keep.empty()) keep = e->shape;
-  e->image = {std::min(keep.left, e->shape.left), std::min(keep.top, e->shape.top),
-              std::max(keep.right, e->shape.right), std::max(keep.bottom, e->shape.bottom)};
-  return e->cost() <= kExtrusionLimit;
-}
-
 // The blur and the bevel have no settings that outlive a call, only scratch rows: the caller's own
 // objects serve every pass, so their rows are kept from one call to the next.
 void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
@@ -210,7 +164,7 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
                std::max(e.shape.right, left + width), std::max(e.shape.bottom, top + height)};
     e.dx = dx;
     e.dy = dy;
-    if (!CutExtrudedShadow(&e, output, caller.shadowBlurLevel)) return;
+    if (!CutExtrudedShadow(&e, output.width(), output.height(), caller.shadowBlurLevel)) return;
     left = e.image.left;
     top = e.image.top;
     width = e.image.width();

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "render/render_pipeline.h"
+#include "render/pass_plan.h"
 
 namespace lx {
 namespace {
@@ -88,6 +88,58 @@ TEST(MeasureWork, HugeRectanglesDoNotOverflow) {
   const WorkGeometry g = MeasureWork({INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, 2000.0, 255, 255, 255);
   EXPECT_EQ(g.workWidth, int64_t{UINT32_MAX} + g.margin);
   EXPECT_EQ(g.glyphOffsetX, int64_t{g.halfThickness} + (int64_t{1} << 31) + ((g.reach + 4) >> 1));
+}
+
+struct CutCase {
+  const char* what;
+  Box shape;
+  Box image;
+  int64_t dx;
+  int32_t blurLevel;
+  bool drawn;
+  Box cut;
+};
+
+TEST(CutExtrudedShadow, KeepsWhatReachesTheBufferAndRefusesWhatStaysTooCostly) {
+  const CutCase cases[] = {
+      {"everyday offset: unchanged", {0, 0, 100, 100}, {0, 0, 105, 100}, 5, 0, true, {0, 0, 105, 100}},
+      {"long offset: cut to the buffer plus 16",
+       {0, 0, 100, 100},
+       {-1000000, 0, 100, 100},
+       1000000,
+       0,
+       true,
+       {-16, 0, 100, 100}},
+      {"blur 10 widens the margin to 46",
+       {0, 0, 100, 100},
+       {-1000000, 0, 100, 100},
+       1000000,
+       10,
+       true,
+       {-46, 0, 100, 100}},
+      {"a huge shape stays too costly",
+       {0, 0, 100000, 100000},
+       {-100000, 0, 100000, 100000},
+       100000,
+       0,
+       false,
+       {-16, 0, 100000, 100000}},
+  };
+  for (const CutCase& c : cases) {
+    ExtrudedShadow e{c.image, c.shape, c.dx, 0};
+    EXPECT_EQ(CutExtrudedShadow(&e, 200, 100, static_cast<uint8_t>(c.blurLevel)), c.drawn) << c.what;
+    EXPECT_EQ(e.image.left, c.cut.left) << c.what;
+    EXPECT_EQ(e.image.top, c.cut.top) << c.what;
+    EXPECT_EQ(e.image.right, c.cut.right) << c.what;
+    EXPECT_EQ(e.image.bottom, c.cut.bottom) << c.what;
+  }
+}
+
+TEST(ExtrudedShadow, CostCountsOnlyTheStepsThatCrossTheImage) {
+  // 5 steps over a 105 x 100 image; a million steps over the same image cost as many as cross it.
+  EXPECT_EQ((ExtrudedShadow{{0, 0, 105, 100}, {0, 0, 100, 100}, 5, 0}.cost()), 5.0 * 105 * 100);
+  EXPECT_EQ((ExtrudedShadow{{0, 0, 105, 100}, {0, 0, 100, 100}, 1000000, 3}.cost()), 205.0 * 105 * 100);
+  EXPECT_EQ((ExtrudedShadow{{0, 0, 100, 105}, {0, 0, 100, 100}, 2, -1000000}.cost()), 205.0 * 105 * 100);
 }
 
 }  // namespace

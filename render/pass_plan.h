@@ -1,0 +1,77 @@
+// The arithmetic that plans a layer pass before anything is drawn: how large the work images are, where
+// the outline sits in them, and how far an extruded Shadow may reach. Pure functions of their arguments.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+#include "image/pixel_view.h"
+
+namespace lx {
+
+// How large the work images of one call are and where the outline sits in them. Each layer pass draws
+// into an image of workWidth x workHeight pixels with the outline moved by the glyph offset, so that
+// the stroke and the blur have room on every side.
+struct WorkGeometry {
+  bool outline = false;        // the Outline is drawn (stroke width above 0)
+  int32_t wholeThickness = 0;  // the stroke width truncated to whole pixels
+  int32_t halfThickness = 0;   // how far the stroke reaches past the contour, in whole pixels
+  int32_t reach = 0;           // the blur reach the margin allows for
+  int32_t margin = 0;          // added to the outline's width and height
+  int64_t workWidth = 0;
+  int64_t workHeight = 0;
+  int64_t glyphOffsetX = 0;  // where the outline's coordinates sit in a work image
+  int64_t glyphOffsetY = 0;
+};
+
+// The blur reach that the work images leave room for. faceReach, outlineReach and shadowReach are
+// twice the layers' blur levels; wholeThickness is the stroke width in whole pixels. Without an
+// Outline the larger of the Face and Shadow reaches; with one, the Face's reach counts only as far as it
+// passes the stroke width (and then alone when the Outline is not blurred).
+int32_t WorkBlurReach(bool outline, int32_t faceReach, int32_t outlineReach, int32_t shadowReach,
+                      int32_t wholeThickness);
+
+// The work-image geometry for an outline whose whole-pixel rectangle is glyphRect, stroked strokeWidth
+// wide (no Outline when it is not above 0), with the three layers' blur levels.
+WorkGeometry MeasureWork(const IntRect& glyphRect, double strokeWidth, uint8_t faceBlurLevel,
+                         uint8_t outlineBlurLevel, uint8_t shadowBlurLevel);
+
+// An extrusion lays the whole Shadow image over itself once per step of the offset, so its cost is the
+// reachable steps times the image's pixels. A hostile offset makes both huge. Past the budget the image
+// is cut down to the part that can still reach the buffer (with room for the blur), keeping the shape,
+// which every step copies; if even that costs more than the limit, the Shadow counts as too large to
+// draw. Offsets of everyday size never come near the budget, and the cut changes no pixel of the buffer
+// (except, for a translucent block that builds up, how dense its smoothed edge is).
+constexpr double kExtrusionBudget = 4294967296.0;  // 2^32 pixel blends
+constexpr double kExtrusionLimit = 17179869184.0;  // 2^34
+
+struct Box {
+  int64_t left, top, right, bottom;
+  int64_t width() const { return right - left; }
+  int64_t height() const { return bottom - top; }
+  bool empty() const { return right <= left || bottom <= top; }
+};
+
+// An extruded Shadow in the output's coordinates: its image, the shape inside it, and its extrusion.
+struct ExtrudedShadow {
+  Box image;
+  Box shape;
+  int64_t dx, dy;
+
+  // Each step moves the stamp one pixel along the offset's longer axis: only the steps that bring the
+  // shape over the image cost anything.
+  double cost() const {
+    const bool alongX = std::llabs(dx) >= std::llabs(dy);
+    const int64_t steps = std::max(std::llabs(dx), std::llabs(dy));
+    const int64_t span = alongX ? image.width() + shape.width() : image.height() + shape.height();
+    return static_cast<double>(std::min(steps, span)) * static_cast<double>(image.width()) *
+           static_cast<double>(image.height());
+  }
+};
+
+// Cuts a costly extruded Shadow down to what can reach an output of outputWidth x outputHeight pixels
+// (with room for a blur of blurLevel); false when it stays too costly to draw.
+bool CutExtrudedShadow(ExtrudedShadow* e, int32_t outputWidth, int32_t outputHeight, uint8_t blurLevel);
+
+}  // namespace lx
