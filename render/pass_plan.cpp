@@ -51,4 +51,34 @@ bool CutExtrudedShadow(ExtrudedShadow* e, int32_t outputWidth, int32_t outputHei
   return e->cost() <= kExtrusionLimit;
 }
 
+int64_t TruncatePosition(double v) {
+  if (!(v == v)) return 0;
+  return static_cast<int64_t>(std::max(-1.0e15, std::min(1.0e15, v)));
+}
+
+bool PlanShadow(const WorkGeometry& g, const ShadowPlacement& p, int32_t outputWidth, int32_t outputHeight,
+                ShadowPlan* plan) {
+  int64_t width = g.workWidth, height = g.workHeight;
+  if (p.zoomX != 1.0) width = TruncatePosition(static_cast<double>(g.workWidth) * p.zoomX);
+  if (p.zoomY != 1.0) height = TruncatePosition(static_cast<double>(g.workHeight) * p.zoomY);
+  plan->zoomed = width != g.workWidth || height != g.workHeight;
+  const int64_t left = p.translateX - g.glyphOffsetX + p.offsetX + ((g.workWidth - width) >> 1);
+  const int64_t top = p.translateY - g.glyphOffsetY + p.offsetY + ((g.workHeight - height) >> 1);
+  plan->image = {left, top, left + width, top + height};
+  plan->shiftX = plan->shiftY = 0;
+  if (!p.extruded) return true;
+  const int64_t dx = p.offsetX, dy = p.offsetY;
+  ExtrudedShadow e;
+  e.shape = {left - dx, top - dy, left - dx + width, top - dy + height};
+  e.image = {std::min(e.shape.left, left), std::min(e.shape.top, top), std::max(e.shape.right, left + width),
+             std::max(e.shape.bottom, top + height)};
+  e.dx = dx;
+  e.dy = dy;
+  if (!CutExtrudedShadow(&e, outputWidth, outputHeight, p.blurLevel)) return false;
+  plan->image = e.image;
+  plan->shiftX = e.shape.left - e.image.left;
+  plan->shiftY = e.shape.top - e.image.top;
+  return true;
+}
+
 }  // namespace lx

@@ -74,4 +74,32 @@ struct ExtrudedShadow {
 // (with room for a blur of blurLevel); false when it stays too costly to draw.
 bool CutExtrudedShadow(ExtrudedShadow* e, int32_t outputWidth, int32_t outputHeight, uint8_t blurLevel);
 
+// A double truncated toward zero to a whole number, held far inside the 64-bit range (a position that
+// large lies off any buffer anyway); NaN gives 0.
+int64_t TruncatePosition(double v);
+
+// What places the Shadow: the call's translation, the Shadow offset and zoom factors, the extrusion
+// switch and the Shadow blur level.
+struct ShadowPlacement {
+  int64_t translateX = 0, translateY = 0;
+  int32_t offsetX = 0, offsetY = 0;
+  double zoomX = 1.0, zoomY = 1.0;
+  bool extruded = false;
+  uint8_t blurLevel = 0;
+};
+
+// Where the Shadow's work image lies in the output and where its shape lies inside that image.
+struct ShadowPlan {
+  Box image{0, 0, 0, 0};
+  int64_t shiftX = 0, shiftY = 0;  // the shape's corner inside the image
+  bool zoomed = false;             // the zoom changed the work image's size
+};
+
+// The Shadow is the work image zoomed about its centre (each side truncated) and moved by the offset.
+// An extruded Shadow reaches from the glyphs' own place to the offset: its shape sits at the glyphs'
+// place and the image grows to take in the copy at the offset, cut as CutExtrudedShadow cuts it. False
+// when that extrusion stays too costly to draw.
+bool PlanShadow(const WorkGeometry& g, const ShadowPlacement& p, int32_t outputWidth, int32_t outputHeight,
+                ShadowPlan* plan);
+
 }  // namespace lx

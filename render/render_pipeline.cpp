@@ -28,13 +28,6 @@ namespace {
 constexpr int32_t kEmbossBleed = 2;
 constexpr unsigned kBorderBlurRadius = 2;
 
-// A double truncated toward zero to a whole number, held far inside the 64-bit range (a position that
-// large lies off any buffer anyway).
-int64_t TruncatePosition(double v) {
-  if (!(v == v)) return 0;
-  return static_cast<int64_t>(std::max(-1.0e15, std::min(1.0e15, v)));
-}
-
 // What one call reads from the caller's process before it draws.
 struct CallSettings {
   WorkGeometry geometry;
@@ -144,34 +137,12 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   const int32_t ox = caller.shadowOffsetX, oy = caller.shadowOffsetY;
   const double zx = caller.shadowZoomX, zy = caller.shadowZoomY;
   const bool extruded = caller.shadowExtruded == 1;
-
-  int64_t zoomedWidth = g.workWidth, zoomedHeight = g.workHeight;
-  if (zx != 1.0) zoomedWidth = TruncatePosition(static_cast<double>(g.workWidth) * zx);
-  if (zy != 1.0) zoomedHeight = TruncatePosition(static_cast<double>(g.workHeight) * zy);
-  const bool zoomed = zoomedWidth != g.workWidth || zoomedHeight != g.workHeight;
-
-  // An extruded Shadow reaches from the glyphs' own place to the offset: the shape is drawn at the glyphs'
-  // place, and the image grows to take in the copy at the offset.
-  int64_t width = zoomedWidth, height = zoomedHeight;
-  int64_t left = s.translateX - g.glyphOffsetX + ox + ((g.workWidth - zoomedWidth) >> 1);
-  int64_t top = s.translateY - g.glyphOffsetY + oy + ((g.workHeight - zoomedHeight) >> 1);
-  int64_t shiftX = 0, shiftY = 0;
-  if (extruded) {
-    const int64_t dx = ox, dy = oy;
-    ExtrudedShadow e;
-    e.shape = {left - dx, top - dy, left - dx + width, top - dy + height};
-    e.image = {std::min(e.shape.left, left), std::min(e.shape.top, top),
-               std::max(e.shape.right, left + width), std::max(e.shape.bottom, top + height)};
-    e.dx = dx;
-    e.dy = dy;
-    if (!CutExtrudedShadow(&e, output.width(), output.height(), caller.shadowBlurLevel)) return;
-    left = e.image.left;
-    top = e.image.top;
-    width = e.image.width();
-    height = e.image.height();
-    shiftX = e.shape.left - e.image.left;
-    shiftY = e.shape.top - e.image.top;
-  }
+  const ShadowPlacement placement{s.translateX, s.translateY, ox,       oy,
+                                  zx,           zy,           extruded, caller.shadowBlurLevel};
+  ShadowPlan plan;
+  if (!PlanShadow(g, placement, output.width(), output.height(), &plan)) return;
+  const bool zoomed = plan.zoomed;
+  const int64_t shiftX = plan.shiftX, shiftY = plan.shiftY;
 
   // The smoothing of an extrusion without blur scales by the densest pixel of the whole image, which
   // may lie anywhere in it: that image is kept whole.
@@ -182,7 +153,10 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     if (stamped) reach += std::max(std::llabs(int64_t{ox}), std::llabs(int64_t{oy}));
   }
   WorkImage image(caller.scratch[0]);
-  if (!MakeWorkImage(&image, width, height, left, top, reach, output)) return;
+  if (!MakeWorkImage(&image, plan.image.width(), plan.image.height(), plan.image.left, plan.image.top, reach,
+                     output)) {
+    return;
+  }
   PixelBuffer& work = image.pixels;
   std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
   if (!temp) return;

@@ -142,5 +142,45 @@ TEST(ExtrudedShadow, CostCountsOnlyTheStepsThatCrossTheImage) {
   EXPECT_EQ((ExtrudedShadow{{0, 0, 100, 105}, {0, 0, 100, 100}, 2, -1000000}.cost()), 205.0 * 105 * 100);
 }
 
+struct ShadowCase {
+  const char* what;
+  int32_t offsetX, offsetY;
+  double zoomX;
+  bool extruded;
+  Box image;
+  int64_t shiftX;
+  bool zoomed;
+};
+
+TEST(PlanShadow, ZoomsAboutTheCentreMovesByTheOffsetAndTakesInTheExtrusion) {
+  // A 10 x 10 outline without stroke or blur: a 14 x 14 work image with the outline 2 pixels in,
+  // translated to (5, 7).
+  const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 0.0, 0, 0, 0);
+  const ShadowCase cases[] = {
+      {"flat, moved by (3, 4)", 3, 4, 1.0, false, {6, 9, 20, 23}, 0, false},
+      {"twice as wide about the centre", 3, 4, 2.0, false, {-1, 9, 27, 23}, 0, true},
+      {"extruded towards the bottom right", 3, 4, 1.0, true, {3, 5, 20, 23}, 0, false},
+      {"extruded to the left: the shape sits 3 in", -3, 0, 1.0, true, {0, 5, 17, 19}, 3, false},
+  };
+  for (const ShadowCase& c : cases) {
+    ShadowPlacement p;
+    p.translateX = 5;
+    p.translateY = 7;
+    p.offsetX = c.offsetX;
+    p.offsetY = c.offsetY;
+    p.zoomX = c.zoomX;
+    p.extruded = c.extruded;
+    ShadowPlan plan;
+    ASSERT_TRUE(PlanShadow(g, p, 100, 100, &plan)) << c.what;
+    EXPECT_EQ(plan.image.left, c.image.left) << c.what;
+    EXPECT_EQ(plan.image.top, c.image.top) << c.what;
+    EXPECT_EQ(plan.image.right, c.image.right) << c.what;
+    EXPECT_EQ(plan.image.bottom, c.image.bottom) << c.what;
+    EXPECT_EQ(plan.shiftX, c.shiftX) << c.what;
+    EXPECT_EQ(plan.shiftY, 0) << c.what;
+    EXPECT_EQ(plan.zoomed, c.zoomed) << c.what;
+  }
+}
+
 }  // namespace
 }  // namespace lx
