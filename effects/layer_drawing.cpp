@@ -94,6 +94,7 @@ class LayerCanvas {
  public:
   LayerCanvas(const PixelView& target, const OutlinePath& path, const Affine& matrix, const LayerAreas& areas)
       : path_(path),
+        glyphMatrix_(matrix),
         areas_(areas),
         buffer_(target.pixels, target.width, target.height, target.stride),
         pixels_(buffer_),
@@ -123,7 +124,7 @@ class LayerCanvas {
     if (fill.textureInUse() && fill.texture->pixels != nullptr) {
       TexturePlacement placement;
       placement.tiling = fill.textureTiling;
-      placement.glyphMatrix = matrix_;
+      placement.glyphMatrix = glyphMatrix_;
       placement.pathBox = BoxOfPath(path_);
       placement.strokeWidth = strokeWidth;
       placement.rect = face ? areas_.faceTexture : areas_.outlineTexture;
@@ -140,6 +141,7 @@ class LayerCanvas {
 
  private:
   const OutlinePath& path_;
+  const Affine& glyphMatrix_;
   const LayerAreas& areas_;
   agg::rendering_buffer buffer_;
   LayerPixfmt pixels_;

@@ -45,9 +45,9 @@ void RenderImage(LayerRasterizer& ras, LayerRendererBase& renderer, const PixelV
 // The matrix that lays an image of width x height on the axis-aligned box (x1, y1)-(x2, y2) of path
 // space and then follows the glyph transform.
 agg::trans_affine ImageOnBox(int32_t width, int32_t height, double x1, double y1, double x2, double y2,
-                             const agg::trans_affine& glyphMatrix) {
+                             const Affine& glyphMatrix) {
   const double parl[6] = {x1, y1, x2, y1, x2, y2};
-  return MultiplyAffine(RectToParallelogram(0, 0, width, height, parl), glyphMatrix);
+  return MultiplyAffine(RectToParallelogram(0, 0, width, height, parl), ToAggAffine(glyphMatrix));
 }
 
 void RenderCentred(LayerRasterizer& ras, LayerRendererBase& renderer, const PixelView& texture,

@@ -4,10 +4,9 @@
 
 #include <cstdint>
 
-#include <agg_trans_affine.h>
-
 #include "image/pixel_view.h"
 #include "effects/agg_pipeline.h"
+#include "settings/affine.h"
 #include "settings/texture_image.h"
 
 namespace lx {
@@ -28,7 +27,7 @@ struct PathBox {
 // the surface.
 struct TexturePlacement {
   int32_t tiling = kTextureRepeated;  // any value but 0 and 1 repeats
-  agg::trans_affine glyphMatrix;
+  Affine glyphMatrix;
   IntRect rect;            // where tiling 1 stretches the texture and tiling 2 starts repeating it
   PathBox pathBox;         // the box of the layer's path, control points included (tiling 0)
   double strokeWidth = 0;  // the Outline's stroke width; its truncated half moves the centred texture
