@@ -41,12 +41,10 @@ for target in "${targets[@]}"; do
   mkdir -p "$corpus" "$findings"
   limits=(-timeout=10 -rss_limit_mb=2048 -artifact_prefix="$findings/" -print_final_stats=1)
 
-  # The saved inputs once each, then new ones for the time given; new inputs join the build's corpus.
+  # libFuzzer runs every saved input once before it makes new ones (the time given includes that
+  # replay); new inputs join the build's corpus.
   status=0
-  "$build/bin/$target" "${limits[@]}" -runs=0 "$corpus" "$seeds" >"$log" 2>&1 || status=1
-  if [ "$status" -eq 0 ]; then
-    "$build/bin/$target" "${limits[@]}" -max_total_time="$seconds" "$corpus" "$seeds" >>"$log" 2>&1 || status=1
-  fi
+  "$build/bin/$target" "${limits[@]}" -max_total_time="$seconds" "$corpus" "$seeds" >"$log" 2>&1 || status=1
 
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
   cov=$(grep -o 'cov: [0-9]*' "$log" | tail -n 1 | cut -d' ' -f2)

@@ -4,7 +4,8 @@
 set -euo pipefail
 
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
-             libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev)
+             libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev
+             clang libclang-rt-14-dev)
 windows_pkgs=(g++-mingw-w64-i686 wine wine32)
 
 want_windows=1

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the native, sanitizer and Windows builds, and runs every test.
+# Installs what is missing, builds the native, sanitizer and Windows builds, and runs every test; then
+# the thread test under ThreadSanitizer and a short run of every fuzz target.
 # Every stage runs (and prints ctest's summary) even when an earlier one failed; the script fails at the
 # end if any stage did. LETTRIX_JOBS overrides the number of parallel jobs.
 set -uo pipefail
@@ -77,6 +78,43 @@ check_imports "$root/build/windows/bin/lettrix.dll" || status=1
 # Tests that compare the two builds' pixels find the native build here.
 LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows" || status=1
 finish_stage "Windows 32-bit under Wine" "$start" "$status"
+
+# ---- threads and fuzzing: self-contained stages, each folding its own counts into the totals.
+# add_counts <passed> <failed>: a stage's counts into the totals; a stage that printed none counts as one
+# failure.
+add_counts() {
+  if [ -n "$1" ] && [ -n "$2" ]; then
+    passed_total=$((passed_total + $1))
+    failed_total=$((failed_total + $2))
+  else
+    failed_total=$((failed_total + 1))
+  fi
+}
+
+echo "== threads under ThreadSanitizer"
+start=$SECONDS
+tsan="$root/build/tsan"
+cmake -S "$root" -B "$tsan" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLETTRIX_TSAN=ON -DLETTRIX_BUILD_TOOLS=OFF \
+  -DLETTRIX_BUILD_BENCH=OFF >/dev/null && cmake --build "$tsan" -j "$jobs" --target test_threads
+status=$?
+TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$tsan" -R '^test_threads$' --output-on-failure --timeout 900 \
+  </dev/null | tee "$tsan/ctest-summary.log"
+[ "${PIPESTATUS[0]}" -eq 0 ] || status=1
+# ctest's closing line: "N% tests passed, F tests failed out of T".
+tsan_bad=$(sed -n 's/.* \([0-9]*\) tests failed out of.*/\1/p' "$tsan/ctest-summary.log" | tail -n 1)
+tsan_total=$(sed -n 's/.*tests failed out of \([0-9]*\).*/\1/p' "$tsan/ctest-summary.log" | tail -n 1)
+add_counts "${tsan_total:+$((tsan_total - ${tsan_bad:-0}))}" "$tsan_bad"
+finish_stage "threads under ThreadSanitizer" "$start" "$status"
+
+# Every fuzz target replays its saved corpus, then fuzzes for a short while (LETTRIX_FUZZ_SECONDS each).
+echo "== fuzzing"
+start=$SECONDS
+mkdir -p "$root/build/fuzz"
+LETTRIX_JOBS=$jobs bash "$root/tools/fuzz.sh" "${LETTRIX_FUZZ_SECONDS:-15}" | tee "$root/build/fuzz/summary.log"
+status=${PIPESTATUS[0]}
+add_counts "$(sed -n 's/^fuzz: \([0-9]*\) passed.*/\1/p' "$root/build/fuzz/summary.log")" \
+  "$(sed -n 's/^fuzz: .*, \([0-9]*\) failed$/\1/p' "$root/build/fuzz/summary.log")"
+finish_stage "fuzzing (libFuzzer)" "$start" "$status"
 
 echo "== summary"
 printf '%s\n' "${results[@]}"
