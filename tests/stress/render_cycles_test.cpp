@@ -19,17 +19,13 @@ extern "C" size_t __sanitizer_get_current_allocated_bytes(void);
 namespace lx {
 namespace {
 
-using test::Image;
-using test::Process;
-using test::TextScene;
-
 constexpr int kWarmUpCycles = 100;
 constexpr int kCycles = 3000;
 
 // One cycle: a process with settings that depend on i (so that the cycles together own textures,
 // colour tables, blurs, extrusion, emboss and bevel), a render, and the process destroyed.
-void Cycle(int i, const TextScene& text) {
-  Process p;
+void Cycle(int i, const test::TextScene& text) {
+  test::Process p;
   p.face(255, static_cast<uint8_t>(i), 200, 100).outline(255, 20, 20, 20).thickness(i % 4);
   if (i % 3 == 0) p.shadow(160, 0, 0, 0).shadowOffset(i % 7 - 3, 3).blur(0, 0, static_cast<uint8_t>(i % 4));
   if (i % 5 == 0) p.extrude(1, static_cast<uint8_t>(i % 2));
@@ -43,12 +39,12 @@ void Cycle(int i, const TextScene& text) {
     p.faceTexture(std::vector<uint32_t>(4, 0xFFFFFFFFu), 2, 2, 1);
     p.faceStops({0xFF000000u, 0xFFFFFFFFu});
   }
-  Image image(96, 48, 0xFF101010u);
+  test::Image image(96, 48, 0xFF101010u);
   EXPECT_TRUE(p.render(text, image)) << "cycle " << i;
 }
 
 // The wrapper class's own cycle: Canvas, process, render, destroy.
-void WrapperCycle(const TextScene& text) {
+void WrapperCycle(const test::TextScene& text) {
   CLettrix lettrix;
   ASSERT_EQ(lettrix.CreateCanvas(96, 48), 1);
   ASSERT_EQ(lettrix.CreateProcessA(), 1);
@@ -57,7 +53,7 @@ void WrapperCycle(const TextScene& text) {
 }
 
 TEST(RenderCycles, ThousandsOfCyclesLeakNothingAndKeepMemoryFlat) {
-  const TextScene text("Cycle", 30, 4, 38);
+  const test::TextScene text("Cycle", 30, 4, 38);
   ASSERT_NE(text.block(), nullptr);
   for (int i = 0; i < kWarmUpCycles; ++i) Cycle(i, text);
   const size_t warm = __sanitizer_get_current_allocated_bytes();

@@ -13,19 +13,14 @@
 namespace lx {
 namespace {
 
-using test::Bytes;
-using test::Concat;
-using test::OwnedTga;
-using test::TgaHeader;
-
 constexpr uint64_t kMiB = uint64_t{1} << 20;
 
 // Runs in a death-test child: loads the file and ends the child with 0 when the record and the
 // resident memory the load added are as expected, 1 (with the reason on stderr) otherwise.
-void LoadAndCheckInChild(const Bytes& bytes, bool expectLoaded, uint64_t expectBlockBytes) {
+void LoadAndCheckInChild(const test::Bytes& bytes, bool expectLoaded, uint64_t expectBlockBytes) {
   const std::string path = test::WriteTempFile("slow_crasher.tga", bytes);
   const uint64_t residentBefore = test::CurrentMemoryUse().residentBytes;
-  OwnedTga image;
+  test::OwnedTga image;
   const bool loaded = LoadTGA(&image, path.c_str());
   const uint64_t residentAfter = test::CurrentMemoryUse().residentBytes;
   std::remove(path.c_str());
@@ -51,13 +46,13 @@ void LoadAndCheckInChild(const Bytes& bytes, bool expectLoaded, uint64_t expectB
 
 TEST(SlowTgaFiles, CutShortUncompressedFileLoadsWithoutTouchingItsClaimedSize) {
   // 19 bytes claiming 63232 x 2064 at 24 bits: a 373 MiB image of one byte and zeros.
-  const Bytes file = Concat(TgaHeader(2, 63232, 2064, 24), {0x5A});
+  const test::Bytes file = test::Concat(test::TgaHeader(2, 63232, 2064, 24), {0x5A});
   EXPECT_EXIT(LoadAndCheckInChild(file, true, uint64_t{63232} * 2064 * 3), testing::ExitedWithCode(0), "");
 }
 
 TEST(SlowTgaFiles, CutShortCompressedFileIsRefusedWithoutTouchingItsClaimedSize) {
   // One run of 128 pixels, then nothing, for an image of 65535 x 2048 at 32 bits.
-  const Bytes file = Concat(TgaHeader(10, 65535, 2048, 32), {0xFF, 1, 2, 3, 4});
+  const test::Bytes file = test::Concat(test::TgaHeader(10, 65535, 2048, 32), {0xFF, 1, 2, 3, 4});
   EXPECT_EXIT(LoadAndCheckInChild(file, false, 0), testing::ExitedWithCode(0), "");
 }
 

@@ -8,23 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "tests/image/tga_test_files.h"
 #include "tests/support/posix/memory_limits.h"
 #include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/tool_error.h"
 
 namespace lxt {
 namespace {
-
-std::vector<uint8_t> Header(uint8_t type, uint16_t width, uint16_t height, uint8_t bits) {
-  std::vector<uint8_t> h(18, 0);
-  h[2] = type;
-  h[12] = static_cast<uint8_t>(width & 0xFF);
-  h[13] = static_cast<uint8_t>(width >> 8);
-  h[14] = static_cast<uint8_t>(height & 0xFF);
-  h[15] = static_cast<uint8_t>(height >> 8);
-  h[16] = bits;
-  return h;
-}
 
 // Ends the child with 0 when decoding is refused as a damaged file with `reason`, 1 otherwise.
 void DecodeInChild(const std::vector<uint8_t>& bytes, const std::string& reason) {
@@ -55,20 +45,20 @@ struct SlowFile {
 TEST(ProgramTgaCrashers, HeadersClaimingMorePixelsThanTheFileHoldsAreRefusedBeforeAllocating) {
   const SlowFile files[] = {
       // 18 bytes, type 10, 65535 x 4096: took 34 s and 1 GB before "cut short".
-      {"rle 65535 x 4096", Header(10, 65535, 4096, 32), "compressed pixel data is cut short"},
+      {"rle 65535 x 4096", lx::test::TgaHeader(10, 65535, 4096, 32), "compressed pixel data is cut short"},
       // 18 bytes, type 10, 65535 x 65535: asked for 16 GiB.
-      {"rle 65535 x 65535", Header(10, 65535, 65535, 32), "compressed pixel data is cut short"},
+      {"rle 65535 x 65535", lx::test::TgaHeader(10, 65535, 65535, 32), "compressed pixel data is cut short"},
       {"rle 65535 x 65535, one run",
        [] {
-         std::vector<uint8_t> f = Header(10, 65535, 65535, 24);
+         std::vector<uint8_t> f = lx::test::TgaHeader(10, 65535, 65535, 24);
          f.insert(f.end(), {0xFF, 1, 2, 3});
          return f;
        }(),
        "compressed pixel data is cut short"},
-      {"raw 65535 x 65535", Header(2, 65535, 65535, 32), "pixel data is cut short"},
+      {"raw 65535 x 65535", lx::test::TgaHeader(2, 65535, 65535, 32), "pixel data is cut short"},
       {"raw 65535 x 4096, one row",
        [] {
-         std::vector<uint8_t> f = Header(2, 65535, 4096, 24);
+         std::vector<uint8_t> f = lx::test::TgaHeader(2, 65535, 4096, 24);
          f.resize(f.size() + 65535 * 3, 7);
          return f;
        }(),
@@ -81,7 +71,7 @@ TEST(ProgramTgaCrashers, HeadersClaimingMorePixelsThanTheFileHoldsAreRefusedBefo
 
 TEST(ProgramTgaCrashers, AFileThatHoldsItsClaimedSizeInRunsStillDecodes) {
   // 300 x 200 in runs of 128: the least a compressed file can hold for its size.
-  std::vector<uint8_t> file = Header(10, 300, 200, 32);
+  std::vector<uint8_t> file = lx::test::TgaHeader(10, 300, 200, 32);
   const size_t runs = (300 * 200 + 127) / 128;
   for (size_t i = 0; i + 1 < runs; ++i) file.insert(file.end(), {0xFF, 1, 2, 3, 4});
   file.insert(file.end(), {static_cast<uint8_t>(0x80 + (300 * 200 - (runs - 1) * 128) - 1), 1, 2, 3, 4});
