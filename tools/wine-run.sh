@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Runs a Windows program under Wine with a quiet, private prefix (default: beside the build's bin/, or
-# LETTRIX_WINEPREFIX). ctest uses it as the emulator of the Windows build and may start many at once.
+# LETTRIX_WINEPREFIX). ctest uses it as the emulator of the Windows builds and may start many at once.
+#  - A 32-bit program runs under the 32-bit loader in a win32 prefix, a 64-bit one under wine64 in a
+#    win64 prefix: each build tree has its own prefix, so the two never share one.
 #  - The first run makes the prefix; concurrent first runs wait for it instead of racing.
 #  - Works without a display, without a terminal and with stdin closed (CI).
 set -euo pipefail
@@ -11,7 +13,18 @@ bindir=$(cd "$(dirname "$exe")" && pwd)
 export WINEPREFIX=${LETTRIX_WINEPREFIX:-$(dirname "$bindir")/wineprefix}
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml="  # no prompts to install Mono or Gecko
-export WINEARCH=win32
+# The program's machine type, from its PE header: 0x8664 is x86-64, anything else is run as 32-bit.
+pe_offset=$(od -An -tu4 -j60 -N4 "$exe" | tr -d ' ')
+machine=$(od -An -tx2 -j$((pe_offset + 4)) -N2 "$exe" | tr -d ' ')
+if [ "$machine" = 8664 ]; then
+  export WINEARCH=win64
+  loader=/usr/lib/wine/wine64
+else
+  export WINEARCH=win32
+  loader=/usr/lib/wine/wine
+fi
+[ -x "$loader" ] || loader=$(command -v wine)
+export WINELOADER=$loader
 export HOME=${HOME:-$WINEPREFIX}
 unset DISPLAY WAYLAND_DISPLAY  # tests open no windows; never pop up dialogs on a developer's screen
 
@@ -23,7 +36,7 @@ if [ ! -f "$WINEPREFIX/.lettrix-ready" ]; then
   (
     flock 9
     if [ ! -f "$WINEPREFIX/.lettrix-ready" ]; then
-      if ! wineboot -i </dev/null >"$WINEPREFIX.log" 2>&1 9>&-; then
+      if ! "$loader" wineboot -i </dev/null >"$WINEPREFIX.log" 2>&1 9>&-; then
         echo "wine-run.sh: wineboot failed to make $WINEPREFIX (see $WINEPREFIX.log)" >&2
         exit 1
       fi
@@ -41,7 +54,7 @@ fi
 (
   flock 9
   if wineserver -p5 </dev/null >/dev/null 2>&1 9>&-; then  # 0: a fresh server; 2: one is running
-    wineboot </dev/null >/dev/null 2>&1 9>&- || true
+    "$loader" wineboot </dev/null >/dev/null 2>&1 9>&- || true
   fi
 ) 9>"$WINEPREFIX.lock"
-exec wine "$exe" "$@"
+exec "$loader" "$exe" "$@"

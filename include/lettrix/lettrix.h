@@ -2,8 +2,13 @@
  *
  * The caller lays its text out itself and hands Render the glyph outlines as one block of global memory
  * in GetGlyphOutline's GGO_NATIVE layout (TTPOLYGONHEADER / TTPOLYCURVE records, 16.16 fixed point,
- * y growing downwards, one unit per pixel). The block's handle must be its address, as GlobalAlloc gives
- * it for GMEM_FIXED blocks. Three layers are drawn, bottom to top: Shadow, Outline, Face.
+ * y growing downwards, one unit per pixel). The block is passed as its global-memory handle, from
+ * GlobalAlloc with GMEM_FIXED or GMEM_MOVEABLE (off Windows, LettrixGlobalAlloc): Render locks it for the
+ * read and unlocks it before it returns. Three layers are drawn, bottom to top: Shadow, Outline, Face.
+ *
+ * 32-bit and 64-bit Windows: lettrix.dll exists for both; a program loads the one of its own bitness.
+ * The interface is the same in both, the handle slot (RenderHandle) being pointer-sized, and so is the
+ * outline block's layout (GGO_NATIVE records hold no pointers). Both draw the same pixels.
  *
  * Pixels are 4 bytes: blue, green, red, alpha in memory; rows are width * 4 bytes with no padding.
  * Colours are passed as (alpha, c0, c1, c2) with c0 red, c1 green, c2 blue.
@@ -48,9 +53,10 @@ LETTRIX_API RenderHandle LETTRIX_CALL CreateRenderProcess(void);
 /** Destroys the process in *slot (if any) with its textures, and always writes 0 into the slot. */
 LETTRIX_API void LETTRIX_CALL DestroyRenderProcess(RenderHandle* slot);
 
-/** Draws the outlines of `block` into `buffer` (*width x *height pixels, both >= 1). Returns true when
- *  drawn; false, with the buffer untouched, for a bad slot, block, size or buffer (unreadable or
- *  unwritable memory included) or an outline with no area. */
+/** Draws the outlines of the global-memory block `block` (a fixed or movable handle, locked only during
+ *  the call) into `buffer` (*width x *height pixels, both >= 1). Returns true when drawn; false, with the
+ *  buffer untouched, for a bad slot, block (no size, not lockable, unreadable), size or buffer
+ *  (unreadable or unwritable memory included) or an outline with no area. */
 LETTRIX_API bool LETTRIX_CALL Render(RenderHandle* slot, void* block, const int32_t* width,
                                      const int32_t* height, void* buffer);
 

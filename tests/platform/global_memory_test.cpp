@@ -91,7 +91,8 @@ TEST(GlobalMemory, FreedHandleIsRefused) {
 }
 
 TEST(GlobalMemory, ImpossibleSizesGiveNoBlock) {
-  EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, 0xFFFFFFF0u), nullptr);
+  // Beyond what any address space can give, 32-bit or 64-bit.
+  EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, ~size_t{0} - 0xFFFF), nullptr);
   EXPECT_EQ(GlobalAlloc(kGmemFixed, ~size_t{0}), nullptr);
   // Whatever a request for no bytes gives, it has no size.
   HGLOBAL empty = GlobalAlloc(kGmemMoveableZeroInit, 0);

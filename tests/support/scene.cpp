@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <cstdio>
 #include <set>
 #include <utility>
@@ -30,6 +31,17 @@ TextScene::TextScene(const std::string& text, int32_t pixelSize, double originX,
 TextScene::TextScene(const std::vector<uint8_t>& bytes) : bytes_(bytes) {
   ink_ = text::MeasureOutlineBlock(bytes_.data(), bytes_.size());
   global_ = std::make_unique<text::GlobalBlock>(bytes_);
+}
+
+std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size) {
+  std::vector<uint8_t> padded(bytes);
+  if (bytes.size() < 16 || size < bytes.size() + 16) return padded;
+  padded.resize(size, 0);
+  const uint32_t cb = static_cast<uint32_t>(size - bytes.size()), type = 24;
+  std::memcpy(&padded[bytes.size()], &cb, 4);
+  std::memcpy(&padded[bytes.size() + 4], &type, 4);
+  std::memcpy(&padded[bytes.size() + 8], &bytes[8], 8);
+  return padded;
 }
 
 Image::Image(int32_t width, int32_t height, uint32_t fill)

@@ -31,6 +31,11 @@ class TextScene {
   std::unique_ptr<text::GlobalBlock> global_;
 };
 
+// The outline records of `bytes` grown to `size` bytes by one more contour that adds nothing to the
+// drawing: its start point is the first contour's and its body holds records of no points. Render then
+// decodes the whole of a block larger than its outline, as a caller's spare room would be.
+std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size);
+
 inline uint8_t Blue(uint32_t p) {
   return static_cast<uint8_t>(p);
 }
