@@ -4,8 +4,8 @@
 // stand-in, caches, module-wide flags) is reported even when the pixels come out right.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -112,17 +112,15 @@ TEST(RenderThreads, EightThreadsWithTheirOwnProcessesDrawWhatOneThreadDraws) {
     threads.emplace_back([&, t] {
       for (int round = 0; round < kRounds; ++round) {
         const size_t s = static_cast<size_t>(t + round) % scenes.size();
-        void* own = nullptr;
+        std::unique_ptr<text::GlobalBlock> own;
         if (round % 2 == 1) {
-          own = LettrixGlobalAlloc(0, bytes.size());
-          if (own == nullptr) {
+          own = std::make_unique<text::GlobalBlock>(bytes);
+          if (own->handle() == nullptr) {
             ++mismatches[t];
             continue;
           }
-          std::memcpy(own, bytes.data(), bytes.size());
         }
-        if (Draw(scenes[s], own != nullptr ? own : Text().block()) != expected[s]) ++mismatches[t];
-        if (own != nullptr) LettrixGlobalFree(own);
+        if (Draw(scenes[s], own ? own->handle() : Text().block()) != expected[s]) ++mismatches[t];
       }
     });
   }
