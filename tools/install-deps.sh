@@ -6,20 +6,34 @@ set -euo pipefail
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
              libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev
              clang libclang-rt-14-dev)
-windows_pkgs=(g++-mingw-w64-i686 wine wine32)
+# Both Windows builds cross-compile on every machine; the 64-bit programs run under wine64.
+windows_pkgs=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine wine64)
 
 want_windows=1
 [ "${1:-}" = "--native-only" ] && want_windows=0
 
+# wine32 (an i386 package) is only worth installing where 32-bit programs can run at all.
+want_wine32=0
+if [ "$want_windows" = 1 ]; then
+  if reason=$(bash "$(dirname "$0")/can-run-32bit.sh"); then
+    want_wine32=1
+  else
+    echo "install-deps: not installing wine32: $reason"
+  fi
+fi
+
+installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
 missing=()
 for p in "${native_pkgs[@]}"; do
-  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  installed "$p" || missing+=("$p")
 done
 if [ "$want_windows" = 1 ]; then
-  for p in g++-mingw-w64-i686 wine; do
-    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+  for p in "${windows_pkgs[@]}"; do
+    installed "$p" || missing+=("$p")
   done
-  dpkg-query -W -f='${Status}' wine32:i386 2>/dev/null | grep -q 'install ok installed' || missing+=(wine32:i386)
+fi
+if [ "$want_wine32" = 1 ]; then
+  installed wine32:i386 || missing+=(wine32:i386)
 fi
 [ "${#missing[@]}" -eq 0 ] && { echo "install-deps: nothing to install"; exit 0; }
 echo "install-deps: installing ${missing[*]}"
@@ -28,7 +42,7 @@ SUDO=""
 [ "$(id -u)" -ne 0 ] && SUDO="sudo"
 export DEBIAN_FRONTEND=noninteractive
 
-if [ "$want_windows" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
+if [ "$want_wine32" = 1 ] && ! dpkg --print-foreign-architectures | grep -qx i386; then
   $SUDO dpkg --add-architecture i386
 fi
 

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the native, sanitizer and Windows builds, and runs every test; then
+# Installs what is missing, builds the native, sanitizer and both Windows builds, and runs every test; then
 # the thread test under ThreadSanitizer and a short run of every fuzz target.
 # Every stage runs (and prints ctest's summary) even when an earlier one failed; the script fails at the
-# end if any stage did. LETTRIX_JOBS overrides the number of parallel jobs.
+# end if any stage did. A stage this machine cannot run is shown as skipped, with the reason, and its
+# tests are counted as skipped, never as passed. LETTRIX_JOBS overrides the number of parallel jobs.
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 jobs=${LETTRIX_JOBS:-$(nproc)}
@@ -11,6 +12,9 @@ bash "$root/tools/install-deps.sh" || { echo "test-all: installing the dependenc
 
 results=()
 failed=0
+passed_total=0
+failed_total=0
+skipped_total=0
 
 build() {  # build <dir> <cmake args...>
   local dir=$1
@@ -18,11 +22,10 @@ build() {  # build <dir> <cmake args...>
   cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null && cmake --build "$dir" -j "$jobs"
 }
 
-passed_total=0
-failed_total=0
-run_tests() {  # run_tests <dir>; tests without a time limit of their own get 15 minutes
-  local log="$1/ctest-summary.log" status total bad
-  ctest --test-dir "$1" --output-on-failure -j "$jobs" --timeout 900 </dev/null | tee "$log"
+run_tests() {  # run_tests <dir> [ctest args]; tests without a time limit of their own get 15 minutes
+  local dir=$1 log="$1/ctest-summary.log" status total bad
+  shift
+  ctest --test-dir "$dir" --output-on-failure -j "$jobs" --timeout 900 "$@" </dev/null | tee "$log"
   status=${PIPESTATUS[0]}
   # ctest's closing line: "N% tests passed, F tests failed out of T".
   total=$(sed -n 's/.*tests failed out of \([0-9]*\).*/\1/p' "$log" | tail -n 1)
@@ -36,25 +39,52 @@ run_tests() {  # run_tests <dir>; tests without a time limit of their own get 15
   return "$status"
 }
 
-finish_stage() {  # finish_stage <name> <start seconds> <status>
+count_skipped() {  # count_skipped <dir>: the tests of a build whose tests cannot run here
+  local n
+  n=$(ctest --test-dir "$1" -N 2>/dev/null | sed -n 's/^Total Tests: \([0-9]*\)/\1/p')
+  skipped_total=$((skipped_total + ${n:-0}))
+}
+
+finish_stage() {  # finish_stage <name> <start seconds> <status: 0 passed, 77 skipped, other FAILED>
   local verdict=passed
-  [ "$3" -eq 0 ] || { verdict=FAILED; failed=1; }
+  case "$3" in
+    0) ;;
+    77) verdict=skipped ;;
+    *) verdict=FAILED; failed=1 ;;
+  esac
   results+=("$(printf '%-46s %-7s %4ds' "$1" "$verdict" $((SECONDS - $2)))")
 }
 
-# Only system DLLs may be imported: the DLL carries its own C++ runtime.
-check_imports() {  # check_imports <dll>
-  local dump imports dll ok=0
-  dump=$(i686-w64-mingw32-objdump -p "$1") || return 1
+# The interface's functions, as the public header declares them (the global-memory calls exist only
+# off Windows, where kernel32 is missing).
+interface_names() {
+  sed -n 's/.*LETTRIX_CALL \([A-Za-z0-9_]*\)(.*/\1/p' "$root/include/lettrix/lettrix.h" | grep -v '^LettrixGlobal'
+}
+
+# A DLL as a Windows caller needs it: every interface function exported under its plain name, and only
+# system DLLs imported (it carries its own C++ runtime).
+check_dll() {  # check_dll <objdump> <dll>
+  local dump imports exports dll name ok=0 count=0
+  dump=$("$1" -p "$2") || return 1
   imports=$(awk '/DLL Name:/ {print tolower($3)}' <<<"$dump")
-  grep -qx kernel32.dll <<<"$imports" || { echo "test-all: no import table found in $1" >&2; return 1; }
+  exports=$(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/ s/^[[:space:]]*\[ *[0-9]*\] //p' <<<"$dump")
+  grep -qx kernel32.dll <<<"$imports" || { echo "test-all: no import table found in $2" >&2; return 1; }
   for dll in $imports; do
     case "$dll" in
       kernel32.dll | user32.dll | gdi32.dll | msvcrt.dll | advapi32.dll | ntdll.dll | api-ms-win-*) ;;
-      *) echo "test-all: $(basename "$1") imports a non-system DLL: $dll" >&2; ok=1 ;;
+      *) echo "test-all: $(basename "$2") imports a non-system DLL: $dll" >&2; ok=1 ;;
     esac
   done
-  echo "test-all: $(basename "$1") imports only system DLLs:" $imports
+  for name in $(interface_names); do
+    if grep -qx "$name" <<<"$exports"; then
+      count=$((count + 1))
+    else
+      echo "test-all: $2 does not export $name under its plain name" >&2
+      ok=1
+    fi
+  done
+  echo "test-all: $2 exports all $count interface functions undecorated ($(wc -l <<<"$exports") names" \
+    "in all) and imports only system DLLs:" $imports
   return $ok
 }
 
@@ -71,25 +101,38 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
   run_tests "$root/build/sanitize" || status=1
 finish_stage "AddressSanitizer + UndefinedBehaviorSanitizer" "$start" "$status"
 
-echo "== Windows 32-bit under Wine"
+# The 32-bit DLL is the first target: it is built and checked on every machine, and its tests run
+# wherever 32-bit programs can. Tests that compare the builds' pixels find the native build through
+# LETTRIX_NATIVE_BUILD.
+echo "== Windows 32-bit"
 start=$SECONDS
 build "$root/build/windows" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-i686.cmake"; status=$?
-check_imports "$root/build/windows/bin/lettrix.dll" || status=1
-# Tests that compare the two builds' pixels find the native build here.
-LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows" || status=1
-finish_stage "Windows 32-bit under Wine" "$start" "$status"
+check_dll i686-w64-mingw32-objdump "$root/build/windows/bin/lettrix.dll" || status=1
+finish_stage "Windows 32-bit: build, DLL exports and imports" "$start" "$status"
 
-# ---- threads and fuzzing: self-contained stages, each folding its own counts into the totals.
-# add_counts <passed> <failed>: a stage's counts into the totals; a stage that printed none counts as one
-# failure.
-add_counts() {
-  if [ -n "$1" ] && [ -n "$2" ]; then
-    passed_total=$((passed_total + $1))
-    failed_total=$((failed_total + $2))
-  else
-    failed_total=$((failed_total + 1))
-  fi
-}
+start=$SECONDS
+if ! why=$(bash "$root/tools/can-run-32bit.sh"); then
+  :
+elif [ ! -x /usr/lib/wine/wine ]; then
+  why="wine32 is not installed"
+else
+  why=""
+fi
+if [ -n "$why" ]; then
+  echo "test-all: 32-bit Windows tests skipped: $why; the 64-bit Windows stage stands in for them"
+  count_skipped "$root/build/windows"
+  finish_stage "Windows 32-bit tests under wine32" "$start" 77
+else
+  LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows"; status=$?
+  finish_stage "Windows 32-bit tests under wine32" "$start" "$status"
+fi
+
+echo "== Windows 64-bit under wine64"
+start=$SECONDS
+build "$root/build/windows64" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-x86_64.cmake"; status=$?
+check_dll x86_64-w64-mingw32-objdump "$root/build/windows64/bin/lettrix.dll" || status=1
+LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows64" || status=1
+finish_stage "Windows 64-bit under wine64" "$start" "$status"
 
 echo "== threads under ThreadSanitizer"
 start=$SECONDS
@@ -97,13 +140,7 @@ tsan="$root/build/tsan"
 cmake -S "$root" -B "$tsan" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLETTRIX_TSAN=ON -DLETTRIX_BUILD_TOOLS=OFF \
   -DLETTRIX_BUILD_BENCH=OFF >/dev/null && cmake --build "$tsan" -j "$jobs" --target test_threads
 status=$?
-TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$tsan" -R '^test_threads$' --output-on-failure --timeout 900 \
-  </dev/null | tee "$tsan/ctest-summary.log"
-[ "${PIPESTATUS[0]}" -eq 0 ] || status=1
-# ctest's closing line: "N% tests passed, F tests failed out of T".
-tsan_bad=$(sed -n 's/.* \([0-9]*\) tests failed out of.*/\1/p' "$tsan/ctest-summary.log" | tail -n 1)
-tsan_total=$(sed -n 's/.*tests failed out of \([0-9]*\).*/\1/p' "$tsan/ctest-summary.log" | tail -n 1)
-add_counts "${tsan_total:+$((tsan_total - ${tsan_bad:-0}))}" "$tsan_bad"
+TSAN_OPTIONS=halt_on_error=1 run_tests "$tsan" -R '^test_threads$' || status=1
 finish_stage "threads under ThreadSanitizer" "$start" "$status"
 
 # Every fuzz target replays its saved corpus, then fuzzes for a short while (LETTRIX_FUZZ_SECONDS each).
@@ -112,12 +149,19 @@ start=$SECONDS
 mkdir -p "$root/build/fuzz"
 LETTRIX_JOBS=$jobs bash "$root/tools/fuzz.sh" "${LETTRIX_FUZZ_SECONDS:-15}" | tee "$root/build/fuzz/summary.log"
 status=${PIPESTATUS[0]}
-add_counts "$(sed -n 's/^fuzz: \([0-9]*\) passed.*/\1/p' "$root/build/fuzz/summary.log")" \
-  "$(sed -n 's/^fuzz: .*, \([0-9]*\) failed$/\1/p' "$root/build/fuzz/summary.log")"
+# fuzz.sh's closing line: "fuzz: N passed, F failed".
+fuzz_passed=$(sed -n 's/^fuzz: \([0-9]*\) passed.*/\1/p' "$root/build/fuzz/summary.log")
+fuzz_failed=$(sed -n 's/^fuzz: .*, \([0-9]*\) failed$/\1/p' "$root/build/fuzz/summary.log")
+if [ -n "$fuzz_passed" ] && [ -n "$fuzz_failed" ]; then
+  passed_total=$((passed_total + fuzz_passed))
+  failed_total=$((failed_total + fuzz_failed))
+else
+  failed_total=$((failed_total + 1))
+fi
 finish_stage "fuzzing (libFuzzer)" "$start" "$status"
 
 echo "== summary"
 printf '%s\n' "${results[@]}"
 echo "total: ${SECONDS}s"
-echo "tests: ${passed_total} passed, ${failed_total} failed"
+echo "tests: ${passed_total} passed, ${failed_total} failed, ${skipped_total} skipped"
 exit "$failed"

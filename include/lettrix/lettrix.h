@@ -161,8 +161,8 @@ LETTRIX_API void LETTRIX_CALL SetTranslation(RenderHandle* slot, const int32_t* 
 LETTRIX_API void LETTRIX_CALL ResetTranslation(RenderHandle* slot);
 
 #if defined(LETTRIX_HAS_GLOBAL_MEMORY)
-/* Global memory for outline blocks, with kernel32's semantics: flags 0x40 zero-fills; the handle is the
- * block's address; 0 and all ones are no block. */
+/* Global memory for outline blocks, with kernel32's semantics: flags 0x02 makes a movable block (it counts
+ * locks), 0x40 zero-fills; the handle is the block's address; 0 and all ones are no block. */
 /** Allocates `bytes` (0 gives a null handle). Returns the handle, or null. */
 LETTRIX_API void* LETTRIX_CALL LettrixGlobalAlloc(unsigned flags, size_t bytes);
 /** Returns the address of the block, or null for an unknown handle. */
