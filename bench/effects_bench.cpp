@@ -54,7 +54,7 @@ void RunBlur(benchmark::State& state, const std::vector<uint32_t>& layer) {
 void BM_Blur(benchmark::State& state) {
   RunBlur(state, TextLikeLayer());
 }
-BENCHMARK(BM_Blur)->Arg(2)->Arg(50)->Arg(254)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Blur)->Arg(2)->Arg(8)->Arg(50)->Arg(254)->Unit(benchmark::kMillisecond);
 
 // A layer with no empty stretch to skip: every pixel of every line goes through the running sums, so
 // the three radii must take the same time.
@@ -67,7 +67,7 @@ void BM_BlurDense(benchmark::State& state) {
   }
   RunBlur(state, layer);
 }
-BENCHMARK(BM_BlurDense)->Arg(2)->Arg(50)->Arg(254)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BlurDense)->Arg(2)->Arg(8)->Arg(50)->Arg(254)->Unit(benchmark::kMillisecond);
 
 // The extrusion costs one clipped blend of the layer per step of the offset.
 void BM_Extrude(benchmark::State& state) {

@@ -1,6 +1,8 @@
-// Render of one line of twelve glyphs at 64 pixels: the plain Face, and every layer and effect at once.
+// Render of one line of twelve glyphs at 64 pixels: the plain Face, and every layer and effect at once;
+// and outlines far larger than the buffer they are drawn into.
 #include <benchmark/benchmark.h>
 
+#include "tests/support/contour_records.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
 
@@ -50,3 +52,35 @@ void BM_RenderBlurredShadow(benchmark::State& state) {
 BENCHMARK(BM_RenderBlurredShadow)->Arg(2)->Arg(20)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+
+// The two outlines found by fuzzing that once took seconds and half a gigabyte: a 44-byte sliver
+// 4096 x 15360 pixels into an 89 x 228 buffer, and a 36-byte triangle with 10500-pixel legs, a 2-pixel
+// Outline and both layers blurred at level 254, into 300 x 300 (the same blocks as the crasher tests).
+void BM_RenderOversizedSliver(benchmark::State& state) {
+  lx::test::ContourRecords r;
+  r.begin(lx::test::Pt(10, 60))
+      .line({lx::test::Pt(4106, -15300), lx::test::Pt(4106, 60), lx::test::Pt(10, 60)})
+      .end();
+  const TextScene scene(r.bytes());
+  Image image(89, 228);
+  Process p;
+  for (auto _ : state) {
+    if (!p.render(scene, image)) state.SkipWithError("Render refused the sliver");
+    benchmark::DoNotOptimize(image.data());
+  }
+}
+BENCHMARK(BM_RenderOversizedSliver)->Unit(benchmark::kMillisecond);
+
+void BM_RenderOversizedBlurredTriangle(benchmark::State& state) {
+  lx::test::ContourRecords r;
+  r.begin(lx::test::Pt(-4000, -4000)).line({lx::test::Pt(6500, -4000), lx::test::Pt(-4000, 6500)}).end();
+  const TextScene scene(r.bytes());
+  Image image(300, 300);
+  Process p;
+  p.face(255, 240, 200, 40).outline(255, 0, 0, 0).thickness(2).blur(254, 254, 0);
+  for (auto _ : state) {
+    if (!p.render(scene, image)) state.SkipWithError("Render refused the triangle");
+    benchmark::DoNotOptimize(image.data());
+  }
+}
+BENCHMARK(BM_RenderOversizedBlurredTriangle)->Unit(benchmark::kMillisecond);

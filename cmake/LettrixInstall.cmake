@@ -1,15 +1,23 @@
-# What `cmake --install` puts in place: the shared library, the public headers, a CMake package
-# (find_package(Lettrix) gives Lettrix::lettrix) and a pkg-config file. Both package files locate the
-# installation from where they lie, so any --prefix given at install time works.
+# What `cmake --install` puts in place: the shared libraries, the public headers, a CMake package
+# (find_package(Lettrix) gives Lettrix::lettrix, and Lettrix::lettrix_text where the text library is
+# built) and a pkg-config file for each library. The package files locate the installation from where
+# they lie, so any --prefix given at install time works.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-install(TARGETS lettrix EXPORT LettrixTargets
+set(LETTRIX_INSTALLED_TARGETS lettrix)
+if(TARGET lettrix_text)
+  list(APPEND LETTRIX_INSTALLED_TARGETS lettrix_text)
+endif()
+install(TARGETS ${LETTRIX_INSTALLED_TARGETS} EXPORT LettrixTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/include/lettrix DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-  FILES_MATCHING PATTERN "*.h")
+  FILES_MATCHING PATTERN "*.h" PATTERN "lettrix_text.h" EXCLUDE)
+if(TARGET lettrix_text)
+  install(FILES ${CMAKE_SOURCE_DIR}/include/lettrix/lettrix_text.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/lettrix)
+endif()
 if(WIN32)
   # For toolchains that make their own import library from the export list.
   install(FILES ${CMAKE_BINARY_DIR}/bin/lettrix.def DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -28,3 +36,7 @@ install(FILES ${CMAKE_BINARY_DIR}/package/LettrixConfig.cmake ${CMAKE_BINARY_DIR
 file(RELATIVE_PATH LETTRIX_PC_TO_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 configure_file(${CMAKE_SOURCE_DIR}/cmake/lettrix.pc.in ${CMAKE_BINARY_DIR}/package/lettrix.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/package/lettrix.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+if(TARGET lettrix_text)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/lettrix_text.pc.in ${CMAKE_BINARY_DIR}/package/lettrix_text.pc @ONLY)
+  install(FILES ${CMAKE_BINARY_DIR}/package/lettrix_text.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()

@@ -164,6 +164,10 @@ void BevelFilter::shade(const PixelView& image) {
   }
 }
 
+void BevelFilter::trimScratch(size_t maxBytes) {
+  if (original_.capacity() * sizeof(uint32_t) > maxBytes) std::vector<uint32_t>().swap(original_);
+}
+
 void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, int passes,
                               double azimuthRadians, unsigned blurRadius, BlurFilter* blur) {
   if (passes < 1 || image.empty()) return;

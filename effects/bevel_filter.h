@@ -1,6 +1,7 @@
 // Shading of a height field lit from one side; gives the Outline its bevelled 3D border.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -48,6 +49,9 @@ class BevelFilter : public EffectObject {
   // Does nothing for passes < 1 or an empty view; without a blur object the blur steps are skipped.
   void applyBorder(const PixelView& image, double elevationDegrees, int passes, double azimuthRadians,
                    unsigned blurRadius, BlurFilter* blur);
+
+  // Gives back the kept copy of the last image when it holds more than maxBytes.
+  void trimScratch(size_t maxBytes);
 
   // The height profile in use (256 entries).
   const uint8_t* profile() const { return profile_; }

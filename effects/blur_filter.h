@@ -2,6 +2,7 @@
 // shape edges do not darken. Keeps its scratch between calls.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -29,6 +30,9 @@ class BlurFilter : public EffectObject {
   // pixels the colour of their opaque neighbours, whatever the flags. repeat < 1 or a null flags
   // pointer does nothing.
   void blurChannels(const PixelView& image, unsigned rx, unsigned ry, const bool flags[4], int repeat);
+
+  // Gives back the scratch when it holds more than maxBytes.
+  void trimScratch(size_t maxBytes);
 
  private:
   void run(const PixelView& image, unsigned rx, unsigned ry, uint32_t writeMask, int repeat);

@@ -95,9 +95,7 @@ void RenderGradient(LayerRasterizer& ras, LayerRendererBase& renderer, const Fil
   AffineSpanInterpolator interpolator(toGradient, kCoordLimit);
   GradientF function;
   SpanGen spans(interpolator, function, lookup, d1, d2);
-  LayerScanline sl;
-  LayerSpanAllocator allocator;
-  agg::render_scanlines_aa(ras, sl, renderer, allocator, spans);
+  RenderLayerSpans(ras, renderer, spans);
 }
 
 // A parameter of kind 2 in sixteenths of the radius, truncated; out-of-range and NaN values held in 0..16.
@@ -193,8 +191,7 @@ void RenderColourFill(LayerRasterizer& ras, LayerRendererBase& renderer, const F
     default:
       break;
   }
-  LayerScanline sl;
-  agg::render_scanlines_aa_solid(ras, sl, renderer, ColourFromPacked(layer.startColour));
+  RenderLayerSolid(ras, renderer, ColourFromPacked(layer.startColour));
 }
 
 }  // namespace lx

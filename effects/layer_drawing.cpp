@@ -87,6 +87,12 @@ bool IsEmptyRect(const IntRect& r) {
   return r.right <= r.left || r.bottom <= r.top;
 }
 
+// The area shapes are laid out in, in surface coordinates: the surface itself unless it holds a part.
+IntRect AreaOf(const RenderProcess& process) {
+  if (!IsEmptyRect(process.surfaceArea)) return process.surfaceArea;
+  return IntRect{0, 0, process.surface.width, process.surface.height};
+}
+
 // Everything one draw call shares between its layers.
 class LayerCanvas {
  public:
@@ -96,10 +102,11 @@ class LayerCanvas {
         buffer_(process.surface.pixels, process.surface.width, process.surface.height,
                 process.surface.stride),
         pixels_(buffer_),
-        renderer_(pixels_),
+        renderer_(pixels_, -AreaOf(process).left, -AreaOf(process).top),
         matrix_(ToAggAffine(process.glyphMatrix)) {
-    ras_.clip_box(0, 0, std::min(process.surface.width, kMaxRasterSide),
-                  std::min(process.surface.height, kMaxRasterSide));
+    const IntRect area = AreaOf(process);
+    ras_.clip_box(0, 0, std::min(area.right - area.left, kMaxRasterSide),
+                  std::min(area.bottom - area.top, kMaxRasterSide));
     const double stretch = MaxStretch(matrix_);
     tolerance_ = kFlatness / (stretch > 1e-9 ? stretch : 1e-9);
   }

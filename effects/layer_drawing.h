@@ -31,7 +31,8 @@ struct LayerAreas {
   IntRect callerBuffer;
 };
 
-// Draws process.path, carried through process.glyphMatrix, into process.surface. Each layer that the
+// Draws process.path, carried through process.glyphMatrix, into process.surface (laid out over
+// process.surfaceArea when that is set, of which the surface keeps its own part). Each layer that the
 // mode names is rasterised (the Outline only when strokeWidth is greater than 0: a stroke of that full
 // width centred on the path, miter joins) and painted with its texture when its fill type is 1 and it
 // has a texture with pixels, otherwise with its gradient or solid start colour. Curves are flattened to

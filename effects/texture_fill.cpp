@@ -39,9 +39,7 @@ void RenderImage(LayerRasterizer& ras, LayerRendererBase& renderer, const PixelV
   Accessor source(pixels);
   AffineSpanInterpolator interpolator(surfaceToImage, kCoordLimit);
   Filter<Accessor, AffineSpanInterpolator> spans(source, interpolator);
-  LayerScanline sl;
-  LayerSpanAllocator allocator;
-  agg::render_scanlines_aa(ras, sl, renderer, allocator, spans);
+  RenderLayerSpans(ras, renderer, spans);
 }
 
 // The matrix that lays an image of width x height on the axis-aligned box (x1, y1)-(x2, y2) of path

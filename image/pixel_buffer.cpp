@@ -1,5 +1,6 @@
 #include "image/pixel_buffer.h"
 
+#include <cstring>
 #include <limits>
 
 namespace lx {
@@ -16,6 +17,18 @@ bool PixelBuffer::allocate(int32_t width, int32_t height) {
   if (pixels == nullptr) return false;
   handle_ = handle;
   pixels_ = pixels;
+  width_ = width;
+  height_ = height;
+  capacity_ = bytes;
+  placeAt(0, 0);
+  return true;
+}
+
+bool PixelBuffer::reuse(int32_t width, int32_t height) {
+  if (handle_ == nullptr || width < 1 || height < 1) return allocate(width, height);
+  const uint64_t bytes = static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * 4u;
+  if (bytes > capacity_) return allocate(width, height);
+  std::memset(pixels_, 0, static_cast<size_t>(bytes));
   width_ = width;
   height_ = height;
   placeAt(0, 0);
@@ -38,6 +51,7 @@ void PixelBuffer::release() {
   pixels_ = nullptr;
   width_ = 0;
   height_ = 0;
+  capacity_ = 0;
   rect_ = IntRect{};
 }
 

@@ -24,6 +24,11 @@ class PixelBuffer {
   // Allocates width x height zero pixels (GlobalAlloc 0x42, then GlobalLock) placed at (0, 0). Returns
   // false, holding no pixels, for a size below 1, above kMaxBytes, or an allocation that failed.
   bool allocate(int32_t width, int32_t height);
+  // The same, in the block this buffer already owns when that is large enough (its pixels zeroed again):
+  // a render process keeps its work images from one call to the next this way.
+  bool reuse(int32_t width, int32_t height);
+  // The bytes of the owned block (0 when the buffer owns none).
+  uint64_t ownedBytes() const { return handle_ != nullptr ? capacity_ : 0; }
   // Describes the caller's pixels without owning them, placed at (0, 0).
   void wrap(void* pixels, int32_t width, int32_t height);
   // Unlocks and frees owned memory (GlobalUnlock, then GlobalFree); handle and pixels become 0.
@@ -51,6 +56,7 @@ class PixelBuffer {
   uint8_t* pixels_ = nullptr;
   int32_t width_ = 0;
   int32_t height_ = 0;
+  uint64_t capacity_ = 0;
 };
 
 }  // namespace lx

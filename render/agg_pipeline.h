@@ -4,6 +4,7 @@
 // place that names them.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include <agg_basics.h>
@@ -65,11 +66,68 @@ struct LayerBlender : agg::conv_rgba_pre<agg::rgba8, agg::order_bgra> {
 
 using LayerColour = agg::rgba8;
 using LayerPixfmt = agg::pixfmt_alpha_blend_rgba<LayerBlender, agg::rendering_buffer>;
-using LayerRendererBase = agg::renderer_base<LayerPixfmt>;
 using LayerScanline = agg::scanline_u8;
 // Clipping in double precision, so that far-off or huge coordinates are cut to the image before they
 // are turned into the rasterizer's 24.8 fixed point.
 using LayerRasterizer = agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_dbl>;
 using LayerSpanAllocator = agg::span_allocator<LayerColour>;
+
+// The renderer the scanline renderers write through. A layer image may hold only part of the area a
+// shape is laid out in (the part that can reach the caller's buffer): spans arrive in the area's
+// coordinates and are moved by the image's place in it, then clipped to the image. Shapes, gradients
+// and textures are thus computed exactly as over the whole area, and only the pixels kept are written.
+class LayerRendererBase {
+ public:
+  typedef LayerColour color_type;
+
+  // `left`, `top`: where the image's first pixel lies in the area.
+  LayerRendererBase(LayerPixfmt& pixels, int32_t left, int32_t top) : base_(pixels), left_(left), top_(top) {}
+
+  int32_t firstRow() const { return top_; }
+  int32_t endRow() const { return top_ + static_cast<int32_t>(base_.height()); }
+
+  void blend_solid_hspan(int x, int y, int len, const color_type& c, const agg::int8u* covers) {
+    base_.blend_solid_hspan(x - left_, y - top_, len, c, covers);
+  }
+  void blend_hline(int x1, int y, int x2, const color_type& c, agg::int8u cover) {
+    base_.blend_hline(x1 - left_, y - top_, x2 - left_, c, cover);
+  }
+  void blend_color_hspan(int x, int y, int len, const color_type* colors, const agg::int8u* covers,
+                         agg::int8u cover = agg::cover_full) {
+    base_.blend_color_hspan(x - left_, y - top_, len, colors, covers, cover);
+  }
+
+ private:
+  agg::renderer_base<LayerPixfmt> base_;
+  int32_t left_, top_;
+};
+
+// Sweeps only the rasterizer's scanlines that fall on the renderer's rows, calling render(scanline) for
+// each. Scanlines are independent of one another, so skipping the others changes nothing in these.
+template <class RenderLine>
+void SweepLayerScanlines(LayerRasterizer& ras, const LayerRendererBase& ren, RenderLine render) {
+  if (!ras.rewind_scanlines()) return;
+  const int first = std::max(ren.firstRow(), ras.min_y());
+  const int end = std::min(ren.endRow(), ras.max_y() + 1);
+  if (first >= end || !ras.navigate_scanline(first)) return;
+  LayerScanline sl;
+  sl.reset(ras.min_x(), ras.max_x());
+  while (ras.sweep_scanline(sl) && sl.y() < end) render(sl);
+}
+
+// Paints the rasterised shape with the spans of `spans`.
+template <class SpanGenerator>
+void RenderLayerSpans(LayerRasterizer& ras, LayerRendererBase& ren, SpanGenerator& spans) {
+  LayerSpanAllocator allocator;
+  spans.prepare();
+  SweepLayerScanlines(ras, ren,
+                      [&](const LayerScanline& sl) { agg::render_scanline_aa(sl, ren, allocator, spans); });
+}
+
+// Paints the rasterised shape in one colour.
+inline void RenderLayerSolid(LayerRasterizer& ras, LayerRendererBase& ren, const LayerColour& colour) {
+  SweepLayerScanlines(ras, ren,
+                      [&](const LayerScanline& sl) { agg::render_scanline_aa_solid(sl, ren, colour); });
+}
 
 }  // namespace lx

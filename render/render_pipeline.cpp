@@ -46,21 +46,62 @@ struct CallSettings {
   bool mmx = false;
 };
 
-// A work image of width x height placed with its top-left corner at (left, top) on the output, or
-// nothing when it would not touch the output (then it is not even made) or cannot be had.
-bool MakeWorkImage(PixelBuffer* image, int64_t width, int64_t height, int64_t left, int64_t top,
+// How far the effects after the drawing carry a pixel sideways, so how far beyond the caller's buffer a
+// work image must reach for every pixel that lands on the buffer to come out as over the whole image.
+// A blur of radius r averages r pixels each way of colours bled 2r further (3r); the emboss bleeds 2 and
+// reads 2 columns away; the 3D border blurs with radius 2 (6) before its passes and after each shading,
+// which reads one neighbour (7 a pass).
+constexpr int64_t kEmbossReach = 4;
+constexpr int64_t kBorderBlurReach = 3 * kBorderBlurRadius;
+constexpr int64_t kBorderPassReach = kBorderBlurReach + 1;
+constexpr int64_t kReachSlack = 2;
+
+int64_t BlurReach(uint8_t level) {
+  return 3 * int64_t{level};
+}
+
+// A work image: the box it covers on the output (its whole layout), and the part of it that is kept.
+struct WorkImage {
+  explicit WorkImage(PixelBuffer& image) : pixels(image) {}
+  PixelBuffer& pixels;        // the kept part, placed where it lies on the output
+  IntRect area;               // the whole layout in the kept part's coordinates (empty: the same)
+  int64_t left = 0, top = 0;  // the whole layout's top-left corner on the output
+};
+
+// Makes the part of a work image of width x height, placed with its top-left corner at (left, top) on
+// the output, that lies within `reach` of the output: the rest cannot change a pixel of the output. A
+// negative reach keeps the whole image. Nothing is made when the image would not touch the output, when
+// its box does not fit the coordinates, or when the part cannot be had.
+bool MakeWorkImage(WorkImage* image, int64_t width, int64_t height, int64_t left, int64_t top, int64_t reach,
                    const PixelBuffer& output) {
   if (width < 1 || height < 1 || width > INT32_MAX || height > INT32_MAX) return false;
   if (left + width > INT32_MAX || top + height > INT32_MAX) return false;  // its rectangle must fit
   if (left >= output.width() || top >= output.height() || left + width <= 0 || top + height <= 0)
     return false;
-  if (!image->allocate(static_cast<int32_t>(width), static_cast<int32_t>(height))) return false;
-  image->placeAt(static_cast<int32_t>(left), static_cast<int32_t>(top));
+  int64_t keepLeft = left, keepTop = top, keepRight = left + width, keepBottom = top + height;
+  if (reach >= 0) {
+    keepLeft = std::max(keepLeft, -reach);
+    keepTop = std::max(keepTop, -reach);
+    keepRight = std::min(keepRight, int64_t{output.width()} + reach);
+    keepBottom = std::min(keepBottom, int64_t{output.height()} + reach);
+  }
+  // The layout is addressed from the kept part's corner: both offsets must stay 32-bit.
+  if (left - keepLeft < INT32_MIN || top - keepTop < INT32_MIN) return false;
+  if (!image->pixels.reuse(static_cast<int32_t>(keepRight - keepLeft),
+                           static_cast<int32_t>(keepBottom - keepTop)))
+    return false;
+  image->pixels.placeAt(static_cast<int32_t>(keepLeft), static_cast<int32_t>(keepTop));
+  image->left = left;
+  image->top = top;
+  if (keepLeft != left || keepTop != top || keepRight != left + width || keepBottom != top + height) {
+    const auto x = static_cast<int32_t>(left - keepLeft), y = static_cast<int32_t>(top - keepTop);
+    image->area = {x, y, static_cast<int32_t>(x + width), static_cast<int32_t>(y + height)};
+  }
   return true;
 }
 
 // A temporary process drawing into `surface`, with the caller's path and stroke. Null when memory ran out.
-std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller, const PixelBuffer& surface) {
+std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller, const WorkImage& surface) {
   std::unique_ptr<RenderProcess> temp(new (std::nothrow) RenderProcess());
   if (!temp) return nullptr;
   try {
@@ -70,17 +111,18 @@ std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller,
   }
   temp->strokeWidth = caller.strokeWidth;
   temp->halfStrokeWidth = caller.halfStrokeWidth;
-  temp->surface = surface.view();
+  temp->surface = surface.pixels.view();
+  temp->surfaceArea = surface.area;
   return temp;
 }
 
-// The caller's buffer as seen from a work image: where fit mode 1 spreads a gradient and where user
-// gradient areas are measured from. Texture areas are left empty: the shape's own box.
-LayerAreas AreasFor(const PixelBuffer& work, const PixelBuffer& output) {
+// The caller's buffer as seen from a work image's layout: where fit mode 1 spreads a gradient and where
+// user gradient areas are measured from. Texture areas are left empty: the shape's own box.
+LayerAreas AreasFor(const WorkImage& work, const PixelBuffer& output) {
   auto fit = [](int64_t v) {
     return static_cast<int32_t>(std::max<int64_t>(INT32_MIN, std::min<int64_t>(INT32_MAX, v)));
   };
-  const int64_t left = work.rect().left, top = work.rect().top;
+  const int64_t left = work.left, top = work.top;
   LayerAreas areas;
   areas.callerBuffer = {fit(-left), fit(-top), fit(output.width() - left), fit(output.height() - top)};
   return areas;
@@ -133,6 +175,8 @@ bool CutExtrudedShadow(ExtrudedShadow* e, const PixelBuffer& output, uint8_t blu
   return e->cost() <= kExtrusionLimit;
 }
 
+// The blur and the bevel have no settings that outlive a call, only scratch rows: the caller's own
+// objects serve every pass, so their rows are kept from one call to the next.
 void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
   if (level > 0 && process.blur) process.blur->blur(image.view(), level, level);
 }
@@ -173,9 +217,18 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     shiftY = e.shape.top - e.image.top;
   }
 
-  PixelBuffer work;
-  if (!MakeWorkImage(&work, width, height, left, top, output)) return;
-  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, work);
+  // The smoothing of an extrusion without blur scales by the densest pixel of the whole image, which
+  // may lie anywhere in it: that image is kept whole.
+  const bool stamped = extruded && (ox != 0 || oy != 0);
+  int64_t reach = -1;
+  if (!stamped || caller.shadowBlurLevel > 0) {
+    reach = BlurReach(caller.shadowBlurLevel) + kReachSlack;
+    if (stamped) reach += std::max(std::llabs(int64_t{ox}), std::llabs(int64_t{oy}));
+  }
+  WorkImage image(caller.scratch[0]);
+  if (!MakeWorkImage(&image, width, height, left, top, reach, output)) return;
+  PixelBuffer& work = image.pixels;
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, image);
   if (!temp) return;
 
   // The shape in the Shadow colour: both layers solid, untextured, unembossed.
@@ -195,8 +248,8 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   if (g.outline) {
     // Face and stroke overlap by half the stroke: the Face is laid on the stroke with its alpha held at
     // the Shadow's, so the overlap is no denser than the rest.
-    PixelBuffer faceImage;
-    if (!faceImage.allocate(work.width(), work.height())) return;
+    PixelBuffer& faceImage = caller.scratch[1];
+    if (!faceImage.reuse(work.width(), work.height())) return;
     faceImage.placeAt(work.rect().left, work.rect().top);
     temp->surface = faceImage.view();
     DrawLayer(*temp, kDrawFace, LayerAreas{});
@@ -208,12 +261,11 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     DrawLayer(*temp, kDrawFace, LayerAreas{});
   }
 
-  const bool stamped = extruded && (ox != 0 || oy != 0);
   if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
   if (caller.shadowBlurLevel > 0) {
-    Blur(*temp, work, caller.shadowBlurLevel);
+    Blur(caller, work, caller.shadowBlurLevel);
   } else if (stamped) {
-    SoftenExtrusion(work.view(), temp->blur.get());
+    SoftenExtrusion(work.view(), caller.blur.get());
   }
   BlendOver(work.placed(), output.placed());
 }
@@ -221,31 +273,36 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
 // Face, then Outline, then the Face laid back over the Outline, and the result onto the output.
 void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
   const WorkGeometry& g = s.geometry;
-  PixelBuffer work;
-  if (!MakeWorkImage(&work, g.workWidth, g.workHeight, s.translateX - g.glyphOffsetX,
-                     s.translateY - g.glyphOffsetY, output)) {
+  const int64_t faceReach = (caller.faceEmbossed == 1 ? kEmbossReach : 0) + BlurReach(caller.face.blurLevel);
+  const int64_t outlineReach = (s.border ? kBorderBlurReach + kBorderPassReach * caller.border3DDepth : 0) +
+                               BlurReach(caller.outline.blurLevel);
+  WorkImage image(caller.scratch[0]);
+  if (!MakeWorkImage(&image, g.workWidth, g.workHeight, s.translateX - g.glyphOffsetX,
+                     s.translateY - g.glyphOffsetY, std::max(faceReach, outlineReach) + kReachSlack,
+                     output)) {
     return;
   }
-  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, work);
+  PixelBuffer& work = image.pixels;
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller, image);
   if (!temp || !temp->copySettingsFrom(caller)) return;
   if (caller.face.textureInUse()) temp->face.takeTextureFrom(caller.face.texture.get());
   if (caller.outline.textureInUse()) temp->outline.takeTextureFrom(caller.outline.texture.get());
   temp->glyphMatrix = Affine{};
   temp->glyphMatrix.translate(static_cast<double>(g.glyphOffsetX), static_cast<double>(g.glyphOffsetY));
 
-  const LayerAreas areas = AreasFor(work, output);
+  const LayerAreas areas = AreasFor(image, output);
 
   DrawLayer(*temp, kDrawFace, areas);
   if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
-  Blur(*temp, work, caller.face.blurLevel);
+  Blur(caller, work, caller.face.blurLevel);
   if (!g.outline) {
     BlendOver(work.placed(), output.placed());
     return;
   }
 
   // The Face is set aside while the Outline is drawn where it was.
-  PixelBuffer face;
-  if (!face.allocate(work.width(), work.height())) return;
+  PixelBuffer& face = caller.scratch[1];
+  if (!face.reuse(work.width(), work.height())) return;
   face.placeAt(work.rect().left, work.rect().top);
   const size_t count = static_cast<size_t>(work.width()) * static_cast<size_t>(work.height());
   CopyPixels(reinterpret_cast<uint32_t*>(face.pixels()), reinterpret_cast<const uint32_t*>(work.pixels()),
@@ -253,11 +310,11 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count, s.mmx);
 
   DrawLayer(*temp, kDrawOutline, areas);
-  if (s.border && temp->bevel) {
-    temp->bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
-                             kBorderBlurRadius, temp->blur.get());
+  if (s.border && caller.bevel) {
+    caller.bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
+                              kBorderBlurRadius, caller.blur.get());
   }
-  Blur(*temp, work, caller.outline.blurLevel);
+  Blur(caller, work, caller.outline.blurLevel);
 
   // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
   // Outline leaves no seam. An Outline that paints nothing is simply replaced.
@@ -309,6 +366,7 @@ bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, 
     if (couldShow || process.shadowOnly == 1) ShadowPass(process, s, output);
   }
   if (process.shadowOnly != 1) MainPass(process, s, output);
+  process.trimScratch();
   return true;
 }
 

@@ -55,6 +55,14 @@ RenderProcess::~RenderProcess() {
   tones.reset();
 }
 
+void RenderProcess::trimScratch() {
+  for (PixelBuffer& image : scratch) {
+    if (image.ownedBytes() > kKeptScratchBytes) image.release();
+  }
+  if (blur) blur->trimScratch(kKeptScratchBytes);
+  if (bevel) bevel->trimScratch(kKeptScratchBytes);
+}
+
 bool RenderProcess::copySettingsFrom(const RenderProcess& other) noexcept {
   if (this == &other) return true;
   shadowOffsetX = other.shadowOffsetX;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "image/pixel_buffer.h"
 #include "image/pixel_view.h"
 #include "platform/platform.h"
 #include "settings/affine.h"
@@ -146,6 +147,16 @@ class RenderProcess {
   // The outline decoded by the last Render, and the surface the layer drawing writes into.
   OutlinePath path;
   PixelView surface;
+  // The area the layer drawing lays shapes out in, in the surface's coordinates, when the surface holds
+  // only part of it (then its left and top are zero or negative); empty when the surface is the area.
+  IntRect surfaceArea;
+
+  // The work images of the last Render, kept for the next call while they are small, so that a process
+  // drawing one line after another does not allocate and fault in fresh memory each time.
+  static constexpr uint64_t kKeptScratchBytes = uint64_t{4} << 20;
+  PixelBuffer scratch[2];
+  // Releases the work images, and the blur's and bevel's scratch, larger than kKeptScratchBytes.
+  void trimScratch();
 };
 
 }  // namespace lx

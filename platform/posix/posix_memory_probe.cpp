@@ -1,13 +1,20 @@
 // IsBadReadPtr and IsBadWritePtr for systems without them. Windows answers by touching the memory under
 // a structured exception handler; here the mappings are looked up instead, so no signal is raised, no
-// handler is installed and the caller's memory is left alone. The mapping list is read afresh on every
-// call (nothing is cached that another thread could invalidate), which suits the one check per Render.
+// handler is installed and the caller's memory is left alone. Each check asks the kernel afresh: no
+// verdict is remembered that an munmap or mprotect on another thread could have made wrong. Where the
+// kernel answers single-mapping requests that costs a system call; elsewhere the whole mapping list is
+// read (tens of microseconds).
 
 #include "platform/posix/posix_memory_probe.h"
 
 #include <errno.h>
 #include <fcntl.h>
+#include <pthread.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
+
+#include <atomic>
+#include <mutex>
 
 #include "platform/platform.h"
 
@@ -150,7 +157,85 @@ bool CopyThrough(int readEnd, int writeEnd, uintptr_t a, Access access) {
   return Retry(ReadFd, readEnd, &sink, 1) == 1;
 }
 
+// The request of PROCMAP_QUERY as the kernel defines it (linux/fs.h, Linux 6.11), spelt out here because
+// the C library's headers may be older than the running kernel.
+struct MappingQuery {
+  uint64_t size;
+  uint64_t queryFlags;
+  uint64_t queryAddress;
+  uint64_t start;
+  uint64_t end;
+  uint64_t flags;
+  uint64_t pageSize;
+  uint64_t offset;
+  uint64_t inode;
+  uint32_t deviceMajor;
+  uint32_t deviceMinor;
+  uint32_t nameSize;
+  uint32_t buildIdSize;
+  uint64_t nameAddress;
+  uint64_t buildIdAddress;
+};
+constexpr unsigned long kMappingQuery = _IOWR('f', 17, MappingQuery);
+constexpr uint64_t kMappingReadable = 1, kMappingWritable = 2;
+
+// The maps file the requests go through, opened once and shared by every thread. It answers for the
+// process that opened it, so a child made by fork opens its own at its first check.
+class QueryFile {
+ public:
+  static QueryFile& instance() {
+    static QueryFile file;
+    return file;
+  }
+
+  // The descriptor, or -1 when the file cannot be opened or the kernel turned the requests down.
+  int get() {
+    if (unsupported_.load(std::memory_order_relaxed)) return -1;
+    const int fd = fd_.load(std::memory_order_acquire);
+    if (fd >= 0) return fd;
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (fd_.load(std::memory_order_relaxed) < 0) fd_.store(open("/proc/self/maps", O_RDONLY | O_CLOEXEC));
+    return fd_.load(std::memory_order_relaxed);
+  }
+  void markUnsupported() { unsupported_.store(true, std::memory_order_relaxed); }
+
+ private:
+  QueryFile() { pthread_atfork(nullptr, nullptr, &ForgetInChild); }
+  // The child has one thread, the one that forked: nobody else can be using the parent's descriptor.
+  static void ForgetInChild() {
+    QueryFile& file = instance();
+    const int fd = file.fd_.exchange(-1);
+    if (fd >= 0) close(fd);
+  }
+
+  std::mutex mutex_;
+  std::atomic<int> fd_{-1};
+  std::atomic<bool> unsupported_{false};
+};
+
 }  // namespace
+
+Verdict ProbeByQuery(uintptr_t first, uintptr_t last, Access access) {
+  QueryFile& file = QueryFile::instance();
+  const int fd = file.get();
+  if (fd < 0) return Verdict::kUnknown;
+  const uint64_t wanted = access == Access::kWrite ? kMappingReadable | kMappingWritable : kMappingReadable;
+  uint64_t next = first;
+  for (;;) {
+    MappingQuery q{};
+    q.size = sizeof q;
+    q.queryAddress = next;
+    if (ioctl(fd, kMappingQuery, &q) != 0) {
+      if (errno == ENOENT) return Verdict::kInaccessible;  // no mapping holds `next`
+      if (errno == ENOTTY || errno == EINVAL) file.markUnsupported();
+      return Verdict::kUnknown;
+    }
+    if (q.start > next || q.end <= next) return Verdict::kUnknown;  // not an answer to the question
+    if ((q.flags & wanted) != wanted) return Verdict::kInaccessible;
+    if (q.end - 1 >= last) return Verdict::kAccessible;
+    next = q.end;  // the range goes on into the next mapping, which must follow without a gap
+  }
+}
 
 Verdict ProbeByMappings(uintptr_t first, uintptr_t last, Access access) {
   const Fd maps(open("/proc/self/maps", O_RDONLY | O_CLOEXEC));
@@ -191,7 +276,8 @@ BOOL IsBad(const void* p, uintptr_t n, posix::Access access) {
   const uintptr_t first = reinterpret_cast<uintptr_t>(p);
   if (n - 1 > ~uintptr_t{0} - first) return 1;  // the range would wrap past the top of the address space
   const uintptr_t last = first + (n - 1);
-  posix::Verdict v = posix::ProbeByMappings(first, last, access);
+  posix::Verdict v = posix::ProbeByQuery(first, last, access);
+  if (v == posix::Verdict::kUnknown) v = posix::ProbeByMappings(first, last, access);
   if (v == posix::Verdict::kUnknown) v = posix::ProbeByCopying(first, last, access);
   // Memory that cannot be vouched for is treated as bad: refusing a call is safe, touching is not.
   return v == posix::Verdict::kAccessible ? 0 : 1;

@@ -9,6 +9,12 @@ namespace lx::platform::posix {
 enum class Access { kRead, kWrite };
 enum class Verdict { kAccessible, kInaccessible, kUnknown };
 
+// Asks the kernel for the mappings that hold the range, one PROCMAP_QUERY request on /proc/self/maps
+// per mapping (Linux 6.11 on): a system call or two, whatever the size of the range, and always the
+// rights of this moment, so a mapping that was unmapped or protected since an earlier check is seen.
+// kUnknown when the kernel does not answer such requests.
+Verdict ProbeByQuery(uintptr_t first, uintptr_t last, Access access);
+
 // Reads the process's mappings from /proc/self/maps: a few tens of microseconds whatever the size of
 // the range. kUnknown when the file cannot be read (no /proc) or does not parse.
 Verdict ProbeByMappings(uintptr_t first, uintptr_t last, Access access);

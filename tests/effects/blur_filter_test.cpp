@@ -11,6 +11,8 @@
 #pragma GCC diagnostic pop
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "effects_test_image.h"
 
 namespace lx {
@@ -112,6 +114,39 @@ TEST(BlurFilter, TransparentPixelsTakeTheColourOfTheirNeighboursFirst) {
   unsigned seed = 100;
   for (const auto& c : cases) {
     TestImage image = RandomImage(c.w, c.h, ++seed, c.transparent);
+    TestImage expected = image;
+    ReferenceBlur(expected, c.rx, c.ry);
+    blur.blur(image.view(), c.rx, c.ry);
+    EXPECT_EQ(image.pixels, expected.pixels) << c.w << "x" << c.h << " radii " << c.rx << ", " << c.ry;
+  }
+}
+
+// Runs of one colour, some shorter and some longer than a window, between random and transparent
+// pixels: flat stretches are written without the running sums and must come out the same.
+TEST(BlurFilter, FlatStretchesMatchTheReference) {
+  BlurFilter blur;
+  const struct {
+    int32_t w, h;
+    unsigned rx, ry;
+  } cases[] = {{300, 40, 1, 1},  {300, 40, 4, 2}, {90, 200, 3, 9},
+               {400, 30, 20, 1}, {64, 64, 0, 7},  {500, 8, 254, 2}};
+  unsigned seed = 500;
+  for (const auto& c : cases) {
+    TestImage image = RandomImage(c.w, c.h, ++seed, 0.3);
+    std::mt19937 rng(seed);
+    const uint32_t colours[] = {0xFF204080u, 0x80FFFFFFu, 0x00000000u, 0xFF000000u, 0x7F102030u};
+    for (int32_t y = 0; y < c.h; ++y) {
+      int32_t x = static_cast<int32_t>(rng() % 7);
+      while (x < c.w) {
+        const int32_t run = static_cast<int32_t>(rng() % (4 * std::max(c.rx, 1u) + 8));
+        const uint32_t colour = colours[rng() % 5];
+        for (int32_t k = x; k < std::min(c.w, x + run); ++k) image.at(k, y) = colour;
+        x += run + static_cast<int32_t>(rng() % 5);
+      }
+    }
+    // Whole flat rows and columns too.
+    for (int32_t x = 0; x < c.w; ++x) image.at(x, c.h / 2) = 0xFF336699u;
+    for (int32_t y = 0; y < c.h; ++y) image.at(c.w / 3, y) = 0xFF336699u;
     TestImage expected = image;
     ReferenceBlur(expected, c.rx, c.ry);
     blur.blur(image.view(), c.rx, c.ry);

@@ -14,7 +14,7 @@ fail() { echo "install test: $*" >&2; exit 1; }
 
 "$cmake" --install "$build" --prefix "$prefix" >"$work/install.log" || { cat "$work/install.log"; fail "install failed"; }
 
-for header in lettrix.h lettrix_export.h; do
+for header in lettrix.h lettrix_export.h lettrix_text.h; do
   [ -f "$prefix/include/lettrix/$header" ] || fail "include/lettrix/$header is missing"
 done
 library=$(find "$prefix" -name 'liblettrix.so.*' -type f | head -n 1)
@@ -26,11 +26,14 @@ config=$(find "$prefix" -name LettrixConfig.cmake | head -n 1)
 [ -f "$(dirname "$config")/LettrixConfigVersion.cmake" ] || fail "LettrixConfigVersion.cmake is missing"
 pc=$(find "$prefix" -name lettrix.pc | head -n 1)
 [ -n "$pc" ] || fail "lettrix.pc is missing"
+[ -f "$(dirname "$pc")/lettrix_text.pc" ] || fail "lettrix_text.pc is missing"
+[ -n "$(find "$prefix" -name 'liblettrix_text.so.*' -type f)" ] || fail "liblettrix_text.so is missing"
 
 echo "== find_package(Lettrix)"
 "$cmake" -S "$consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release >/dev/null
 "$cmake" --build "$work/consumer" >/dev/null
 "$work/consumer/lettrix_consumer"
+"$work/consumer/lettrix_text_consumer"
 
 echo "== pkg-config lettrix"
 export PKG_CONFIG_PATH="$(dirname "$pc")"
@@ -44,7 +47,13 @@ export PKG_CONFIG_PATH="$(dirname "$pc")"
 moved_libdir="$work/moved/${libdir#"$prefix"/}"
 cc $(pkg-config --cflags lettrix) "$consumer/consumer.c" $(pkg-config --libs lettrix) -Wl,-rpath,"$moved_libdir" \
   -o "$work/pc_consumer"
+cc $(pkg-config --cflags lettrix_text) "$consumer/text_consumer.c" $(pkg-config --libs lettrix_text) \
+  -Wl,-rpath,"$moved_libdir" -o "$work/pc_text_consumer"
+"$work/pc_text_consumer"
 "$work/pc_consumer"
+cc $(pkg-config --cflags lettrix_text) "$consumer/text_consumer.c" $(pkg-config --libs lettrix_text) \
+  -Wl,-rpath,"$moved_libdir" -o "$work/pc_text_consumer"
+"$work/pc_text_consumer"
 
 echo "== installed lettrix program"
 [ -x "$work/moved/bin/lettrix" ] || fail "bin/lettrix is missing"

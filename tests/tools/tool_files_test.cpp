@@ -6,11 +6,14 @@
 #include "tests/tools/tool_support.h"
 #include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/png_file.h"
-#include "tools/lettrix_cli/textures.h"
+#include "compose/generated_textures.h"
 #include "tools/lettrix_cli/tool_error.h"
 
 namespace lxt {
 namespace {
+
+using lx::compose::GenerateTexture;
+using lx::compose::IsGeneratedTexture;
 
 using testing::TempDir;
 

@@ -2,11 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "tools/lettrix_cli/options.h"
-#include "tools/lettrix_cli/presets.h"
+#include "compose/option_table.h"
 #include "tools/lettrix_cli/tool_error.h"
 
 namespace lxt {
 namespace {
+
+using lx::compose::FindPreset;
+using lx::compose::Preset;
 
 ProgramInfo Native() {
   ProgramInfo p;
@@ -207,7 +210,7 @@ TEST(ToolOptions, EveryPresetParsesAndIsListed) {
                                            "chrome-emboss", "3d-bevel", "extruded", "textured"};
   for (const std::string& name : wanted) EXPECT_NE(FindPreset(name), nullptr) << name;
   const std::string list = PresetListText();
-  for (const Preset& p : AllPresets()) {
+  for (const Preset& p : lx::compose::Presets()) {
     EXPECT_NO_THROW(Parse({"A", "--preset", p.name})) << p.name;
     EXPECT_FALSE(p.description.empty());
     EXPECT_FALSE(p.sampleText.empty());

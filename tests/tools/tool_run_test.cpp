@@ -5,10 +5,12 @@
 #include <cmath>
 
 #include "tests/tools/tool_support.h"
-#include "tools/lettrix_cli/presets.h"
+#include "compose/option_table.h"
 
 namespace lxt {
 namespace {
+
+using lx::compose::Preset;
 
 using testing::Alpha;
 using testing::Blue;
@@ -58,7 +60,7 @@ class ToolRun : public ::testing::Test {
 };
 
 TEST_F(ToolRun, EveryPresetDrawsItsBackgroundAndLetters) {
-  for (const Preset& preset : AllPresets()) {
+  for (const Preset& preset : lx::compose::Presets()) {
     SCOPED_TRACE(preset.name);
     const Image image = Render({"--preset", preset.name, preset.sampleText});
     ASSERT_GT(image.width, image.height) << "a line of text is wider than high";
@@ -352,7 +354,7 @@ TEST_F(ToolRun, HelpListAndVersion) {
   EXPECT_TRUE(help.err.empty());
   const testing::RunResult list = testing::RunLettrix({"--list-presets"});
   EXPECT_EQ(list.exitCode, 0);
-  for (const Preset& p : AllPresets()) EXPECT_NE(list.out.find(p.name), std::string::npos);
+  for (const Preset& p : lx::compose::Presets()) EXPECT_NE(list.out.find(p.name), std::string::npos);
   const testing::RunResult version = testing::RunLettrix({"--version"});
   EXPECT_EQ(version.exitCode, 0);
   EXPECT_EQ(version.out.rfind("lettrix (Lettrix) ", 0), 0u);

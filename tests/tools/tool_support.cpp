@@ -48,13 +48,14 @@ std::vector<std::string> TempDir::files() const {
   return names;
 }
 
-RunResult RunLettrix(const std::vector<std::string>& args) {
+RunResult RunLettrix(const std::vector<std::string>& args, const std::string& input) {
   TempDir capture;
   const std::string outPath = capture.path("stdout"), errPath = capture.path("stderr");
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  if (!input.empty()) posix_spawn_file_actions_addopen(&actions, 0, input.c_str(), O_RDONLY, 0);
 
   std::vector<std::string> all{LETTRIX_CLI_PATH};
   all.insert(all.end(), args.begin(), args.end());

@@ -15,8 +15,8 @@ struct RunResult {
   std::string err;  // stderr
 };
 
-// Runs the lettrix program with `args` and waits for it.
-RunResult RunLettrix(const std::vector<std::string>& args);
+// Runs the lettrix program with `args` and waits for it; its standard input is `input` when not empty.
+RunResult RunLettrix(const std::vector<std::string>& args, const std::string& input = "");
 
 // A fresh folder that is removed with everything in it when the object goes.
 class TempDir {

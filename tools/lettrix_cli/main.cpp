@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "compose/composition.h"
 #include "tools/lettrix_cli/files.h"
-#include "tools/lettrix_cli/font_lookup.h"
 #include "tools/lettrix_cli/png_file.h"
 #include "tools/lettrix_cli/program.h"
 #include "tools/text_outline/text_outline.h"
@@ -15,17 +15,13 @@ int main(int argc, char** argv) {
   parts.info.hasFontconfig = true;
   parts.info.readsPng = true;
   parts.info.defaultFont = lx::text::kDefaultFontPath;
-  parts.resolveFont = [](const lxt::Job& job) {
-    if (!job.fontFile.empty()) return job.fontFile;
-    if (!job.fontFamily.empty()) return lxt::FindFontFile(job.fontFamily);
-    return std::string(lx::text::kDefaultFontPath);
-  };
+  parts.layOutText = [](const lxt::Job& job) { return lx::compose::LayOutText(job, job.text); };
   parts.readImage = [](const std::string& path) {
     const std::vector<uint8_t> bytes = lxt::ReadWholeFile(path, "texture file");
     if (bytes.size() >= 8 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G') {
-      return lxt::DecodePng(bytes, path);
+      return lx::compose::ToRgba(lxt::DecodePng(bytes, path));
     }
-    return lxt::DecodeTga(bytes, path);
+    return lx::compose::ToRgba(lxt::DecodeTga(bytes, path));
   };
   parts.encodePng = lxt::EncodePng;
   return lxt::RunProgram(std::vector<std::string>(argv + 1, argv + argc), parts);

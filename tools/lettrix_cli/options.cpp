@@ -2,31 +2,82 @@
 
 #include <functional>
 
-#include "tools/lettrix_cli/presets.h"
-#include "tools/lettrix_cli/textures.h"
+#include "compose/option_table.h"
+#include "compose/option_values.h"
 #include "tools/lettrix_cli/tool_error.h"
-#include "tools/lettrix_cli/values.h"
 
 namespace lxt {
 namespace {
 
-using Apply = std::function<void(Job&, const std::string& name, const std::string& value)>;
+using lx::compose::OptionInfo;
+using lx::compose::Split;
 
-struct OptionDef {
-  std::string name;   // long name, without the dashes
-  char shortName;     // 0: none
-  std::string value;  // placeholder of the value; empty for a switch
-  std::string range;  // range and default, shown in brackets
-  std::string help;
-  Apply apply;
+// The options of the programs themselves, beside the picture's settings that the composition layer
+// names: files, text, presets and what to show.
+struct ProgramOption {
+  OptionInfo info;
+  std::function<void(Job&, const std::string& value)> apply;  // null: handled by the parser
 };
 
-struct Section {
-  std::string title;
-  std::vector<OptionDef> options;
-};
+const std::vector<ProgramOption>& ProgramOptions() {
+  static const std::vector<ProgramOption> options = {
+      {{"output", 'o', "General", "FILE", "", "write the image to FILE; .png or .tga by the extension"},
+       [](Job& j, const std::string& v) { j.output = v; }},
+      {{"preset", 0, "General", "NAME", "",
+        "start from a named bundle of settings (see --list-presets); options after it override it"},
+       nullptr},
+      {{"list-presets", 0, "General", "", "", "list the presets and what they do"}, nullptr},
+      {{"help", 'h', "General", "", "", "show this help"}, nullptr},
+      {{"version", 0, "General", "", "", "show the version"}, nullptr},
+      {{"text", 't', "Text and font", "TEXT", "",
+        "the text, UTF-8; a line feed starts a new line (the words that are not options are used too, joined "
+        "by spaces); with a preset and no text, the preset's sample words"},
+       [](Job& j, const std::string& v) {
+         j.text = v;
+         j.hasText = true;
+       }},
+      {{"text-file", 0, "Text and font", "FILE", "",
+        "read the text from FILE, UTF-8 ('-' reads standard input)"},
+       [](Job& j, const std::string& v) {
+         if (v.empty()) throw UsageError("--text-file: the file name is empty");
+         j.textFile = v;
+       }},
+  };
+  return options;
+}
 
-constexpr double kDegreesToRadians = 3.141592653589793 / 180.0;
+// Options that come after the font options in their section.
+const std::vector<ProgramOption>& BlockOptions() {
+  static const std::vector<ProgramOption> options = {
+      {{"outline-block", 0, "Text and font", "FILE", "",
+        "draw this outline block (GetGlyphOutline GGO_NATIVE layout, as --dump-outline writes it) instead of "
+        "text"},
+       [](Job& j, const std::string& v) { j.outlineBlock = v; }},
+      {{"dump-outline", 0, "Text and font", "FILE", "", "also write the text's outline block to FILE"},
+       [](Job& j, const std::string& v) { j.dumpOutline = v; }},
+  };
+  return options;
+}
+
+const ProgramOption* FindProgramOption(const std::string& name, char shortName) {
+  for (const auto* list : {&ProgramOptions(), &BlockOptions()}) {
+    for (const ProgramOption& o : *list) {
+      if ((shortName == 0 && o.info.name == name) || (shortName != 0 && o.info.shortName == shortName))
+        return &o;
+    }
+  }
+  return nullptr;
+}
+
+// Any option, the programs' own or a setting; null for none.
+const OptionInfo* FindAny(const std::string& name, char shortName) {
+  if (const ProgramOption* p = FindProgramOption(name, shortName)) return &p->info;
+  if (shortName == 0) return lx::compose::FindOption(name);
+  for (const OptionInfo& o : lx::compose::Options()) {
+    if (o.shortName == shortName) return &o;
+  }
+  return nullptr;
+}
 
 std::string LowerCase(std::string s) {
   for (char& c : s) {
@@ -39,302 +90,35 @@ bool EndsWith(const std::string& s, const std::string& tail) {
   return s.size() >= tail.size() && LowerCase(s.substr(s.size() - tail.size())) == tail;
 }
 
-void ParseGradientShape(LayerSettings& layer, const std::string& name, const std::string& value) {
-  const std::string v = LowerCase(value);
-  if (v == "vertical") {
-    layer.shape = GradientShape::kVertical;
-  } else if (v == "radial" || v.rfind("radial:", 0) == 0) {
-    layer.shape = GradientShape::kRadial;
-    if (v.size() > 6) {
-      double from = 0.0, to = 0.0;
-      ParseNumberPair(name, value.substr(7), 0.0, 1.0, &from, &to);
-      if (value.find(',') == std::string::npos) {
-        throw UsageError("--" + name + ": radial needs two fractions, radial:FROM,TO");
+// Every option in the order of the help text, with the title of its section.
+std::vector<const OptionInfo*> HelpOrder() {
+  std::vector<const OptionInfo*> order;
+  for (const ProgramOption& o : ProgramOptions()) {
+    if (o.info.section == "General") order.push_back(&o.info);
+  }
+  std::string last;
+  for (const OptionInfo& o : lx::compose::Options()) {
+    if (last == "Text and font" && o.section != last) {
+      for (const ProgramOption& b : BlockOptions()) order.push_back(&b.info);
+    }
+    if (o.section == "Text and font" && last != o.section) {
+      for (const ProgramOption& p : ProgramOptions()) {
+        if (p.info.section == "Text and font") order.push_back(&p.info);
       }
-      layer.radialFrom = from;
-      layer.radialTo = to;
     }
-  } else if (v.rfind("linear:", 0) == 0) {
-    layer.shape = GradientShape::kLinear;
-    layer.angleDegrees = ParseNumber(name, value.substr(7), -180.0, 180.0);
-  } else {
-    throw UsageError("--" + name + ": '" + value +
-                     "' is not a gradient shape (vertical, radial, radial:FROM,TO or linear:DEGREES)");
+    order.push_back(&o);
+    last = o.section;
   }
-}
-
-TextureTiling ParseTiling(const std::string& name, const std::string& value) {
-  const std::string v = LowerCase(value);
-  if (v == "tile") return TextureTiling::kTile;
-  if (v == "stretch") return TextureTiling::kStretch;
-  if (v == "centre" || v == "center") return TextureTiling::kCentre;
-  throw UsageError("--" + name + ": '" + value + "' is not a tiling (tile, stretch or centre)");
-}
-
-// The fill and gradient options, alike for the Face and the Outline.
-void AddLayerOptions(std::vector<OptionDef>& out, const std::string& layer, LayerSettings Job::*member,
-                     const std::string& defaultColour) {
-  const std::string L = layer == "face" ? "Face" : "Outline";
-  out.push_back({layer + "-color", 0, "COLOUR", "default " + defaultColour,
-                 "fill the " + L + " with one colour",
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   (j.*member).colour = ParseColour(n, v);
-                   (j.*member).fill = FillKind::kSolid;
-                 }});
-  out.push_back({layer + "-colors", 0, "START,END", "",
-                 "fill the " + L + " with a gradient from START to END (shape: --" + layer + "-gradient)",
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   std::vector<std::string> parts = Split(v, ',');
-                   if (parts.size() != 2)
-                     throw UsageError("--" + n + ": '" + v + "' is not two colours START,END");
-                   (j.*member).start = ParseColour(n, parts[0]);
-                   (j.*member).end = ParseColour(n, parts[1]);
-                   (j.*member).fill = FillKind::kTwoColour;
-                 }});
-  out.push_back({layer + "-stops", 0, "C[:W],C[:W],...", "1..255 stops, weights 0..1000000, default 1",
-                 "fill the " + L +
-                     " with a gradient through colour stops; a weight is the stop's relative "
-                     "share of the ramp (0 beside non-zero weights drops the stop)",
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   (j.*member).stops = ParseStops(n, v);
-                   (j.*member).fill = FillKind::kStops;
-                 }});
-  out.push_back(
-      {layer + "-gradient", 0, "SHAPE", "default vertical",
-       "gradient shape: vertical (top to bottom), radial[:FROM,TO] (from the centre, the ramp between "
-       "two fractions 0..1 of the radius, default 0,1) or linear:DEGREES (-180..180, 0 = left to "
-       "right, 90 = top to bottom)",
-       [member](Job& j, const std::string& n, const std::string& v) {
-         ParseGradientShape(j.*member, n, v);
-       }});
-  out.push_back({layer + "-gradient-extent", 0, "text|canvas", "default text",
-                 "the gradient spans the text's box or the whole canvas",
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   const std::string s = LowerCase(v);
-                   if (s != "text" && s != "canvas") {
-                     throw UsageError("--" + n + ": '" + v + "' is not text or canvas");
-                   }
-                   (j.*member).extentCanvas = s == "canvas";
-                   (j.*member).hasArea = false;
-                 }});
-  out.push_back({layer + "-gradient-area", 0, "L,T,R,B", "canvas pixels",
-                 "the gradient spans this rectangle of the canvas (overrides the extent)",
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   ParseRectangle(n, v, (j.*member).area);
-                   (j.*member).hasArea = true;
-                 }});
-  out.push_back({layer + "-texture", 0, "FILE|gen:NAME", "",
-                 "fill the " + L + " with an image: a TGA or PNG file, or a generated texture (" +
-                     GeneratedTextureList() + ")",
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   if (v.empty()) throw UsageError("--" + n + ": the texture name is empty");
-                   (j.*member).texture = v;
-                   (j.*member).fill = FillKind::kTexture;
-                 }});
-  out.push_back(
-      {layer + "-tiling", 0, "tile|stretch|centre", "default tile",
-       "texture placement: repeated, stretched over the text (smoothed), or once in the middle on white",
-       [member](Job& j, const std::string& n, const std::string& v) {
-         (j.*member).tiling = ParseTiling(n, v);
-       }});
-  out.push_back({layer + "-blur", 0, "PX", "0..254, default 0", "blur radius of the " + L,
-                 [member](Job& j, const std::string& n, const std::string& v) {
-                   (j.*member).blur = static_cast<int>(ParseInteger(n, v, 0, 254));
-                 }});
-}
-
-std::vector<Section> BuildSections() {
-  std::vector<Section> sections;
-
-  sections.push_back({"General", {}});
-  auto& general = sections.back().options;
-  general.push_back({"output", 'o', "FILE", "", "write the image to FILE; .png or .tga by the extension",
-                     [](Job& j, const std::string&, const std::string& v) { j.output = v; }});
-  general.push_back({"preset", 0, "NAME", "",
-                     "start from a named bundle of settings (see --list-presets); "
-                     "options after it override it",
-                     nullptr});
-  general.push_back({"list-presets", 0, "", "", "list the presets and what they do", nullptr});
-  general.push_back({"help", 'h', "", "", "show this help", nullptr});
-  general.push_back({"version", 0, "", "", "show the version", nullptr});
-
-  sections.push_back({"Text and font", {}});
-  auto& text = sections.back().options;
-  text.push_back({"text", 't', "TEXT", "",
-                  "the text, UTF-8 (the words that are not options are used too, "
-                  "joined by spaces); with a preset and no text, the preset's sample words",
-                  [](Job& j, const std::string&, const std::string& v) {
-                    j.text = v;
-                    j.hasText = true;
-                  }});
-  text.push_back(
-      {"font", 'f', "FILE", "", "TrueType font file", [](Job& j, const std::string&, const std::string& v) {
-         j.fontFile = v;
-         j.fontFamily.clear();
-       }});
-  text.push_back({"family", 'F', "PATTERN", "", "font by fontconfig family pattern, e.g. 'DejaVu Serif:bold'",
-                  [](Job& j, const std::string&, const std::string& v) {
-                    j.fontFamily = v;
-                    j.fontFile.clear();
-                  }});
-  text.push_back({"size", 's', "PX", "4..1000, default 96", "font size (em) in pixels",
-                  [](Job& j, const std::string& n, const std::string& v) {
-                    j.pixelSize = static_cast<int>(ParseInteger(n, v, 4, 1000));
-                  }});
-  text.push_back({"outline-block", 0, "FILE", "",
-                  "draw this outline block (GetGlyphOutline GGO_NATIVE "
-                  "layout, as --dump-outline writes it) instead of text",
-                  [](Job& j, const std::string&, const std::string& v) { j.outlineBlock = v; }});
-  text.push_back({"dump-outline", 0, "FILE", "", "also write the text's outline block to FILE",
-                  [](Job& j, const std::string&, const std::string& v) { j.dumpOutline = v; }});
-
-  sections.push_back({"Canvas", {}});
-  auto& canvas = sections.back().options;
-  canvas.push_back({"canvas", 'c', "WxH|fit", "1..16384, default fit",
-                    "image size; 'fit' sizes the image to everything drawn (stroke, shadow, blur) plus the "
-                    "padding, a size centres the drawing",
-                    [](Job& j, const std::string& n, const std::string& v) {
-                      if (LowerCase(v) == "fit") {
-                        j.fixedCanvas = false;
-                        return;
-                      }
-                      ParseSize(n, v, 1, 16384, &j.canvasWidth, &j.canvasHeight);
-                      j.fixedCanvas = true;
-                    }});
-  canvas.push_back({"padding", 'p', "PX", "0..4096, default 16",
-                    "empty border around the drawing with --canvas fit",
-                    [](Job& j, const std::string& n, const std::string& v) {
-                      j.padding = static_cast<int32_t>(ParseInteger(n, v, 0, 4096));
-                    }});
-  canvas.push_back(
-      {"background", 'b', "COLOUR", "default transparent",
-       "colour the drawing is laid on (#RRGGBBAA for a translucent one)",
-       [](Job& j, const std::string& n, const std::string& v) { j.background = ParseColour(n, v); }});
-  canvas.push_back({"translate", 0, "DX,DY", "-16384..16384 each, default 0,0",
-                    "move the drawing by DX,DY pixels after it has been placed",
-                    [](Job& j, const std::string& n, const std::string& v) {
-                      ParseIntegerPair(n, v, -16384, 16384, &j.translateX, &j.translateY);
-                    }});
-
-  sections.push_back({"Face (the letters' interior)", {}});
-  AddLayerOptions(sections.back().options, "face", &Job::face, "white");
-  auto& face = sections.back().options;
-  face.push_back({"emboss", 0, "", "",
-                  "emboss the Face: a grey relief lit from --emboss-angle, tinted by "
-                  "--emboss-tint (replaces the Face's colours)",
-                  [](Job& j, const std::string&, const std::string&) { j.emboss = true; }});
-  face.push_back({"no-emboss", 0, "", "", "no emboss (default)",
-                  [](Job& j, const std::string&, const std::string&) { j.emboss = false; }});
-  face.push_back({"emboss-angle", 0, "DEGREES", "-180..180, default -135",
-                  "direction the emboss light comes from (0 = from the right, -90 = from above)",
-                  [](Job& j, const std::string& n, const std::string& v) {
-                    j.embossAngleDegrees = ParseNumber(n, v, -180.0, 180.0);
-                  }});
-  face.push_back(
-      {"emboss-tint", 0, "COLOUR", "default white",
-       "colour that scales the emboss relief "
-       "(white keeps it grey)",
-       [](Job& j, const std::string& n, const std::string& v) { j.embossTint = ParseColour(n, v); }});
-
-  sections.push_back({"Outline (a stroke around the letters)", {}});
-  auto& outline = sections.back().options;
-  outline.push_back({"outline-width", 'w', "PX", "0..500, default 0",
-                     "stroke width on each side of the letters' contour; 0 draws no Outline",
-                     [](Job& j, const std::string& n, const std::string& v) {
-                       j.outlineWidth = static_cast<int32_t>(ParseInteger(n, v, 0, 500));
-                     }});
-  AddLayerOptions(outline, "outline", &Job::outline, "black");
-  outline.push_back({"bevel", 0, "", "", "give the Outline a bevelled 3D border that keeps its colours",
-                     [](Job& j, const std::string&, const std::string&) { j.bevel = true; }});
-  outline.push_back({"no-bevel", 0, "", "", "no 3D border (default)",
-                     [](Job& j, const std::string&, const std::string&) { j.bevel = false; }});
-  outline.push_back({"bevel-elevation", 0, "DEGREES", "3..60, default 30",
-                     "height of the bevel's light above the page; low light gives deep contrast",
-                     [](Job& j, const std::string& n, const std::string& v) {
-                       j.bevelElevation = static_cast<int>(ParseInteger(n, v, 3, 60));
-                     }});
-  outline.push_back({"bevel-passes", 0, "N", "1..60, default 2",
-                     "shading passes of the bevel; more round it off",
-                     [](Job& j, const std::string& n, const std::string& v) {
-                       j.bevelPasses = static_cast<int>(ParseInteger(n, v, 1, 60));
-                     }});
-  outline.push_back({"bevel-angle", 0, "DEGREES", "-180..180, default -135",
-                     "direction the bevel's light comes from (0 = from the right, -90 = from above)",
-                     [](Job& j, const std::string& n, const std::string& v) {
-                       j.bevelAngleDegrees = ParseNumber(n, v, -180.0, 180.0);
-                     }});
-
-  sections.push_back({"Shadow (beneath the letters)", {}});
-  auto& shadow = sections.back().options;
-  shadow.push_back(
-      {"shadow-color", 0, "COLOUR", "default #000000A0",
-       "Shadow colour; its alpha is the Shadow's opacity (a Shadow shows once it is offset, zoomed "
-       "or blurred)",
-       [](Job& j, const std::string& n, const std::string& v) { j.shadowColour = ParseColour(n, v); }});
-  shadow.push_back({"shadow-offset", 'd', "X,Y", "-2000..2000 each, default 0,0", "Shadow offset in pixels",
-                    [](Job& j, const std::string& n, const std::string& v) {
-                      ParseIntegerPair(n, v, -2000, 2000, &j.shadowX, &j.shadowY);
-                    }});
-  shadow.push_back({"shadow-zoom", 0, "X[,Y]", "0.1..10 each, default 1", "Shadow scale, about its centre",
-                    [](Job& j, const std::string& n, const std::string& v) {
-                      ParseNumberPair(n, v, 0.1, 10.0, &j.shadowZoomX, &j.shadowZoomY);
-                    }});
-  shadow.push_back({"shadow-blur", 0, "PX", "0..254, default 0", "blur radius of the Shadow",
-                    [](Job& j, const std::string& n, const std::string& v) {
-                      j.shadowBlur = static_cast<int>(ParseInteger(n, v, 0, 254));
-                    }});
-  shadow.push_back({"extrude", 0, "", "",
-                    "make the Shadow a solid block joining the letters to the offset copy",
-                    [](Job& j, const std::string&, const std::string&) { j.extrude = true; }});
-  shadow.push_back({"no-extrude", 0, "", "", "a flat Shadow (default)",
-                    [](Job& j, const std::string&, const std::string&) { j.extrude = false; }});
-  shadow.push_back(
-      {"extrude-shading", 0, "smooth|flat", "default smooth",
-       "smooth softens the extruded block into one solid; flat keeps the stamps and smooths only "
-       "its edge",
-       [](Job& j, const std::string& n, const std::string& v) {
-         const std::string s = LowerCase(v);
-         if (s != "smooth" && s != "flat") {
-           throw UsageError("--" + n + ": '" + v + "' is not smooth or flat");
-         }
-         j.extrudeSmooth = s == "smooth";
-       }});
-  shadow.push_back({"no-shadow", 0, "", "", "hide the Shadow",
-                    [](Job& j, const std::string&, const std::string&) { j.shadowVisible = false; }});
-  shadow.push_back({"shadow", 0, "", "", "show the Shadow (default)",
-                    [](Job& j, const std::string&, const std::string&) { j.shadowVisible = true; }});
-  shadow.push_back({"shadow-only", 0, "", "", "draw the Shadow alone, without Face and Outline",
-                    [](Job& j, const std::string&, const std::string&) { j.shadowOnly = true; }});
-  return sections;
-}
-
-const std::vector<Section>& Sections() {
-  static const std::vector<Section> sections = BuildSections();
-  return sections;
-}
-
-const OptionDef* FindLong(const std::string& name) {
-  for (const Section& s : Sections()) {
-    for (const OptionDef& o : s.options) {
-      if (o.name == name) return &o;
-    }
-  }
-  return nullptr;
-}
-
-const OptionDef* FindShort(char c) {
-  for (const Section& s : Sections()) {
-    for (const OptionDef& o : s.options) {
-      if (o.shortName == c) return &o;
-    }
-  }
-  return nullptr;
+  return order;
 }
 
 struct Parser {
   CommandLine result;
   std::vector<std::string> words;
-  const Preset* lastPreset = nullptr;
+  const lx::compose::Preset* lastPreset = nullptr;
+  const ProgramInfo& program;
+
+  explicit Parser(const ProgramInfo& p) : program(p) {}
 
   void Run(const std::vector<std::string>& args, bool inPreset) {
     for (size_t i = 0; i < args.size(); ++i) {
@@ -347,7 +131,7 @@ struct Parser {
         words.push_back(arg);
         continue;
       }
-      const OptionDef* def = nullptr;
+      const OptionInfo* def = nullptr;
       std::string value;
       bool hasValue = false;
       if (arg[1] == '-') {
@@ -358,10 +142,10 @@ struct Parser {
           name = name.substr(0, eq);
           hasValue = true;
         }
-        def = FindLong(name);
+        def = FindAny(name, 0);
         if (!def) throw UsageError("unknown option '--" + name + "'");
       } else {
-        def = FindShort(arg[1]);
+        def = FindAny("", arg[1]);
         if (arg.size() > 2) {
           value = arg.substr(2);
           hasValue = true;
@@ -379,10 +163,10 @@ struct Parser {
 
   static bool IsShortOption(const std::string& arg) {
     // "-5" is a word (a negative number as text), "-o" an option.
-    return FindShort(arg[1]) != nullptr;
+    return FindAny("", arg[1]) != nullptr;
   }
 
-  void Handle(const OptionDef& def, const std::string& value, bool inPreset) {
+  void Handle(const OptionInfo& def, const std::string& value, bool inPreset) {
     if (def.name == "help") {
       result.action = Action::kHelp;
     } else if (def.name == "version") {
@@ -391,12 +175,19 @@ struct Parser {
       result.action = Action::kListPresets;
     } else if (def.name == "preset") {
       if (inPreset) throw UsageError("a preset cannot name another preset");
-      const Preset* preset = FindPreset(value);
+      const lx::compose::Preset* preset = lx::compose::FindPreset(value);
       if (!preset) throw UsageError("--preset: no preset named '" + value + "' (see --list-presets)");
       lastPreset = preset;
       Run(preset->args, true);
+    } else if (const ProgramOption* own = FindProgramOption(def.name, 0)) {
+      own->apply(result.job, value);
     } else {
-      def.apply(result.job, def.name, value);
+      if (def.section == "Layout" && !program.shapesText) {
+        throw UsageError("--" + def.name + ": " + program.name +
+                         " draws one line through GDI without shaping; the layout options need the lettrix "
+                         "program");
+      }
+      lx::compose::SetOption(result.job, def.name, value);
     }
   }
 };
@@ -421,12 +212,15 @@ std::string Wrap(const std::string& text, size_t indent, size_t width) {
 }  // namespace
 
 CommandLine ParseCommandLine(const std::vector<std::string>& args, const ProgramInfo& program) {
-  Parser parser;
+  Parser parser(program);
   parser.Run(args, false);
   CommandLine& cl = parser.result;
   if (cl.action != Action::kRender) return cl;
 
   Job& job = cl.job;
+  if (!job.textFile.empty() && (job.hasText || !parser.words.empty())) {
+    throw UsageError("the text is given twice: by --text-file and by --text or as words");
+  }
   if (!parser.words.empty()) {
     if (job.hasText) throw UsageError("the text is given twice: by --text and as words");
     for (const std::string& w : parser.words) {
@@ -435,6 +229,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& args, const Program
     }
     job.hasText = true;
   }
+  if (!job.textFile.empty()) job.hasText = true;  // read when the run starts
   if (!job.outlineBlock.empty()) {
     if (job.hasText) throw UsageError("give either a text or --outline-block, not both");
     if (!job.dumpOutline.empty()) throw UsageError("--dump-outline needs a text, not --outline-block");
@@ -443,7 +238,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& args, const Program
     job.hasText = true;
   } else if (!job.hasText) {
     throw UsageError("no text given (try: " + program.name + " -o out.png Hello)");
-  } else if (job.text.empty()) {
+  } else if (job.text.empty() && job.textFile.empty()) {
     throw UsageError("the text is empty");
   }
   if (job.output.empty() && job.dumpOutline.empty()) {
@@ -466,33 +261,36 @@ CommandLine ParseCommandLine(const std::vector<std::string>& args, const Program
 
 std::string HelpText(const ProgramInfo& program) {
   std::string out = "Usage: " + program.name + " [OPTIONS] -o FILE TEXT...\n" + program.summary + "\n";
-  for (const Section& section : Sections()) {
-    out += "\n" + section.title + ":\n";
-    for (const OptionDef& o : section.options) {
-      if (o.name == "family" && !program.hasFontconfig) continue;
-      std::string head = "  ";
-      head += o.shortName ? std::string("-") + o.shortName + ", " : "    ";
-      head += "--" + o.name;
-      if (!o.value.empty()) head += " " + o.value;
-      std::string help = o.help;
-      if (o.name == "font") help += " (default " + program.defaultFont + ")";
-      if (o.name == "output" && !program.readsPng) help = "write the image to FILE, a .tga file";
-      if (o.name.find("-texture") != std::string::npos && !program.readsPng) {
-        help.replace(help.find("a TGA or PNG file"), 17, "a TGA file");
-      }
-      if (!o.range.empty()) help += " [" + o.range + "]";
-      constexpr size_t kColumn = 36;
-      if (head.size() + 1 > kColumn) {
-        out += head + "\n" + std::string(kColumn, ' ');
-      } else {
-        out += head + std::string(kColumn - head.size(), ' ');
-      }
-      out += Wrap(help, kColumn, 110) + "\n";
+  std::string section;
+  for (const OptionInfo* o : HelpOrder()) {
+    if (o->name == "family" && !program.hasFontconfig) continue;
+    if (o->section == "Layout" && !program.shapesText) continue;
+    if (o->section != section) {
+      section = o->section;
+      out += "\n" + section + ":\n";
     }
+    std::string head = "  ";
+    head += o->shortName ? std::string("-") + o->shortName + ", " : "    ";
+    head += "--" + o->name;
+    if (!o->value.empty()) head += " " + o->value;
+    std::string help = o->help;
+    if (o->name == "font") help += " (default " + program.defaultFont + ")";
+    if (o->name == "output" && !program.readsPng) help = "write the image to FILE, a .tga file";
+    if (o->name.find("-texture") != std::string::npos && !program.readsPng) {
+      help.replace(help.find("a TGA or PNG file"), 17, "a TGA file");
+    }
+    if (!o->range.empty()) help += " [" + o->range + "]";
+    constexpr size_t kColumn = 36;
+    if (head.size() + 1 > kColumn) {
+      out += head + "\n" + std::string(kColumn, ' ');
+    } else {
+      out += head + std::string(kColumn - head.size(), ' ');
+    }
+    out += Wrap(help, kColumn, 110) + "\n";
   }
   out +=
       "\n" + Wrap("Colours: #RGB, #RRGGBB, #RRGGBBAA (AA = alpha, 00 transparent to FF opaque) or a name: " +
-                      ColourNames() + ".",
+                      lx::compose::ColourNames() + ".",
                   0, 110);
   out += "\nAngles are degrees with y growing downwards: 0 points right, 90 down, -90 up.\n";
   out += "\n" +
@@ -506,7 +304,7 @@ std::string HelpText(const ProgramInfo& program) {
 
 std::string PresetListText() {
   std::string out;
-  for (const Preset& p : AllPresets()) {
+  for (const lx::compose::Preset& p : lx::compose::Presets()) {
     std::string line = "  " + p.name;
     line += std::string(line.size() < 20 ? 20 - line.size() : 1, ' ');
     out += line + Wrap(p.description, 20, 110) + "\n";

@@ -14,6 +14,7 @@ struct ProgramInfo {
   std::string summary;        // one line under the usage
   bool hasFontconfig = true;  // --family works
   bool readsPng = true;       // PNG textures and PNG output
+  bool shapesText = true;     // the layout options work (the text library lays the text out)
   std::string defaultFont;    // shown in the help
 };
 

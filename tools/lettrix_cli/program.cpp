@@ -1,6 +1,7 @@
 #include "tools/lettrix_cli/program.h"
 
 #include <cstdio>
+#include <iterator>
 #include <new>
 
 #include "tools/lettrix_cli/files.h"
@@ -12,6 +13,20 @@
 
 namespace lxt {
 namespace {
+
+// The text of --text-file: the file's bytes, or standard input's for "-".
+std::string ReadTextFile(const std::string& path) {
+  if (path != "-") {
+    const std::vector<uint8_t> bytes = ReadWholeFile(path, "text file");
+    return std::string(bytes.begin(), bytes.end());
+  }
+  std::string text;
+  char chunk[65536];
+  size_t n;
+  while ((n = std::fread(chunk, 1, sizeof chunk, stdin)) > 0) text.append(chunk, n);
+  if (std::ferror(stdin)) throw JobError("cannot read the text from standard input");
+  return text;
+}
 
 void Run(const std::vector<std::string>& args, const ProgramParts& parts) {
   const CommandLine cl = ParseCommandLine(args, parts.info);
@@ -28,20 +43,27 @@ void Run(const std::vector<std::string>& args, const ProgramParts& parts) {
     case Action::kRender:
       break;
   }
-  const Job& job = cl.job;
+  Job job = cl.job;
+  if (!job.textFile.empty()) {
+    job.text = ReadTextFile(job.textFile);
+    // A file usually ends its last line with a line feed, which makes no line of its own.
+    if (!job.text.empty() && job.text.back() == '\n') job.text.pop_back();
+    if (!job.text.empty() && job.text.back() == '\r') job.text.pop_back();
+    if (job.text.empty()) throw JobError("the text file '" + job.textFile + "' is empty");
+  }
 
   std::vector<uint8_t> block;
   if (!job.outlineBlock.empty()) {
     block = ReadWholeFile(job.outlineBlock, "outline block");
-    CheckOutlineBlock(block, job.outlineBlock);
+    lx::compose::CheckOutlineBlock(block, job.outlineBlock);
   } else {
-    block = BuildTextBlock(job, parts.resolveFont(job));
+    block = parts.layOutText(job);
   }
 
   // Render before writing anything, so a failure leaves no file at all.
   std::vector<uint8_t> encoded;
   if (!job.output.empty()) {
-    const Image image = RenderJob(job, block, parts.readImage);
+    const Image image = lx::compose::FromRgba(lx::compose::RenderBlock(job, block, parts.readImage));
     encoded = HasExtension(job.output, ".png") ? parts.encodePng(image) : EncodeTga(image);
   }
   if (!job.dumpOutline.empty()) WriteFileAtomically(job.dumpOutline, block);

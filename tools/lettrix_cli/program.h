@@ -6,19 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "compose/composition.h"
 #include "tools/lettrix_cli/image.h"
 #include "tools/lettrix_cli/job.h"
 #include "tools/lettrix_cli/options.h"
-#include "tools/lettrix_cli/render_job.h"
 
 namespace lxt {
 
 struct ProgramParts {
   ProgramInfo info;
-  // The font file to use for the job (its --font, its --family, or the default); throws JobError.
-  std::function<std::string(const Job&)> resolveFont;
+  // The job's text as an outline block; throws ToolError.
+  std::function<std::vector<uint8_t>(const Job&)> layOutText;
   // Texture files.
-  ImageFileReader readImage;
+  lx::compose::ImageReader readImage;
   // PNG encoding; empty when the program writes TGA only.
   std::function<std::vector<uint8_t>(const Image&)> encodePng;
 };

@@ -1,8 +1,8 @@
-// Errors of the command-line programs: one message for the user and the exit status that goes with it.
+// Errors of the command-line programs are the composition layer's: one message for the user, and the exit
+// status that goes with it.
 #pragma once
 
-#include <stdexcept>
-#include <string>
+#include "compose/compose_error.h"
 
 namespace lxt {
 
@@ -11,22 +11,15 @@ constexpr int kExitOk = 0;
 constexpr int kExitFailed = 1;    // the job could not be done: font, input file, rendering, output file
 constexpr int kExitBadUsage = 2;  // the command line itself is wrong
 
-class ToolError : public std::runtime_error {
- public:
-  ToolError(int exitCode, const std::string& message) : std::runtime_error(message), exitCode_(exitCode) {}
-  int exitCode() const { return exitCode_; }
-
- private:
-  int exitCode_;
-};
+using ToolError = lx::compose::Error;
 
 // A bad option, value or combination on the command line.
 inline ToolError UsageError(const std::string& message) {
-  return ToolError(kExitBadUsage, message);
+  return lx::compose::SettingError(message);
 }
 // Anything that goes wrong while doing a well-formed job.
 inline ToolError JobError(const std::string& message) {
-  return ToolError(kExitFailed, message);
+  return lx::compose::JobError(message);
 }
 
 }  // namespace lxt

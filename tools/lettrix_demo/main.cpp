@@ -49,24 +49,55 @@ std::string WindowsPath(const std::string& path) {
   return Readable(mapped) ? mapped : path;
 }
 
+// One line through GDI: glyph outlines with pen advances and kerning pairs, but no shaping, no
+// bidirectional ordering, no line breaks and no fallback fonts.
+std::vector<uint8_t> LayOutWithGdi(const lxt::Job& job) {
+  const std::string fontPath =
+      WindowsPath(job.fontFile.empty() ? std::string(lx::text::kDefaultFontPath) : job.fontFile);
+  // A clear message for the commonest mistake, before the font engine gives a vaguer one.
+  lxt::ReadWholeFile(fontPath, "font file");
+  lx::text::TextLine line;
+  line.fontPath = fontPath;
+  line.text = job.text;
+  line.pixelSize = job.pixelSize;
+  line.baselineY = job.pixelSize;
+  lx::text::OutlineBlock block;
+  std::string error;
+  if (!lx::text::BuildOutlineBlock(line, &block, &error)) {
+    if (error.rfind("cannot open font", 0) == 0) {
+      throw lxt::JobError("cannot use font file '" + fontPath +
+                          "': it is not a font the font engine can read");
+    }
+    throw lxt::JobError("cannot lay out the text in '" + fontPath + "': " + error);
+  }
+  if (block.bytes.empty() || block.ink.empty()) {
+    throw lxt::JobError("nothing to draw: the text has no visible letters");
+  }
+  return std::move(block.bytes);
+}
+
 }  // namespace
 
 int main() {
   lxt::ProgramParts parts;
   parts.info.name = "lettrix-demo";
-  parts.info.summary = "Draws TEXT with a Face, an Outline and a Shadow into FILE (TGA), using lettrix.dll.";
+  parts.info.summary =
+      "Draws TEXT with a Face, an Outline and a Shadow into FILE (TGA), using lettrix.dll. The text is one "
+      "line\n"
+      "drawn through GDI: kerned, but not shaped (no ligatures, joined Arabic or reordered scripts), left "
+      "to\n"
+      "right, without line breaks or fallback fonts; the lettrix program on Linux does all of that.";
   parts.info.hasFontconfig = false;
   parts.info.readsPng = false;
+  parts.info.shapesText = false;
   parts.info.defaultFont = lx::text::kDefaultFontPath;
-  parts.resolveFont = [](const lxt::Job& job) {
-    return WindowsPath(job.fontFile.empty() ? std::string(lx::text::kDefaultFontPath) : job.fontFile);
-  };
+  parts.layOutText = LayOutWithGdi;
   parts.readImage = [](const std::string& path) {
     const std::vector<uint8_t> bytes = lxt::ReadWholeFile(WindowsPath(path), "texture file");
     if (bytes.size() >= 4 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G') {
       throw lxt::JobError("'" + path + "' is a PNG file; lettrix-demo reads TGA textures only");
     }
-    return lxt::DecodeTga(bytes, path);
+    return lx::compose::ToRgba(lxt::DecodeTga(bytes, path));
   };
   return lxt::RunProgram(Arguments(), parts);
 }

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
+#include "text/utf8_decoder.h"
 #include "tools/text_outline/text_outline.h"
 
 namespace lx::text {
@@ -126,35 +128,10 @@ bool ToFixed(double pixels, int32_t* fixed) {
 }
 
 bool DecodeUtf8(const std::string& text, std::vector<uint32_t>* codePoints) {
-  codePoints->clear();
-  const auto* s = reinterpret_cast<const unsigned char*>(text.data());
-  const size_t n = text.size();
-  size_t i = 0;
-  while (i < n) {
-    const unsigned lead = s[i];
-    size_t extra;
-    uint32_t cp;
-    uint32_t least;
-    if (lead < 0x80) {
-      extra = 0, cp = lead, least = 0;
-    } else if ((lead & 0xE0) == 0xC0) {
-      extra = 1, cp = lead & 0x1F, least = 0x80;
-    } else if ((lead & 0xF0) == 0xE0) {
-      extra = 2, cp = lead & 0x0F, least = 0x800;
-    } else if ((lead & 0xF8) == 0xF0) {
-      extra = 3, cp = lead & 0x07, least = 0x10000;
-    } else {
-      return false;
-    }
-    if (n - i <= extra) return false;
-    for (size_t k = 1; k <= extra; ++k) {
-      if ((s[i + k] & 0xC0) != 0x80) return false;
-      cp = (cp << 6) | (s[i + k] & 0x3F);
-    }
-    if (cp < least || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return false;
-    codePoints->push_back(cp);
-    i += extra + 1;
-  }
+  lx::text::DecodedText decoded;
+  size_t badOffset = 0;
+  if (!lx::text::DecodeUtf8(text.data(), text.size(), &decoded, &badOffset)) return false;
+  *codePoints = std::move(decoded.codePoints);
   return true;
 }
 

@@ -6,9 +6,12 @@
 // all little-endian. Coordinates are buffer pixels with y growing downwards: the glyphs sit on the
 // baseline at the given origin, pen advance and kerning applied, so the block needs no further transform.
 //
-// On Linux the outlines come from FreeType; on Windows from GDI (the font file is added privately and
-// selected by its family name, weight and slant). Both read the same font file, unhinted, but their
-// pen advances may differ by rounding, so tests that compare pixels across systems share one block.
+// Programs lay text out with the text library (lettrix/lettrix_text.h: shaping, several lines, fallback
+// fonts); this one-line layout stays for the Windows demo and for the tests and benchmarks that compare
+// its two engines. On Linux the outlines come from FreeType; on Windows from GDI (the font file is added
+// privately and selected by its family name, weight and slant). Both read the same font file, unhinted,
+// but their pen advances may differ by rounding, so tests that compare pixels across systems share one
+// block.
 #pragma once
 
 #include <cstddef>

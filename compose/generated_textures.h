@@ -4,18 +4,16 @@
 
 #include <string>
 
-#include "tools/lettrix_cli/image.h"
+#include "compose/pixel_image.h"
 
-namespace lxt {
+namespace lx::compose {
 
 // "gen:" names a generated texture in a texture option.
 constexpr const char* kGeneratedPrefix = "gen:";
 
-// The names, comma separated, for the help text.
-std::string GeneratedTextureList();
 // True for a known name (without the prefix).
 bool IsGeneratedTexture(const std::string& name);
 // The opaque texture of that name; an empty image for an unknown name.
 Image GenerateTexture(const std::string& name);
 
-}  // namespace lxt
+}  // namespace lx::compose

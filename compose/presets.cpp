@@ -1,8 +1,10 @@
-#include "tools/lettrix_cli/presets.h"
+// The presets: named bundles of options that show what the library is for.
+#include "compose/compose_error.h"
+#include "compose/option_table.h"
 
-namespace lxt {
+namespace lx::compose {
 
-const std::vector<Preset>& AllPresets() {
+const std::vector<Preset>& Presets() {
   static const std::vector<Preset> presets = {
       {"drop-shadow",
        "dark letters casting a soft shadow down and to the right on a light page",
@@ -94,10 +96,24 @@ const std::vector<Preset>& AllPresets() {
 }
 
 const Preset* FindPreset(const std::string& name) {
-  for (const Preset& p : AllPresets()) {
+  for (const Preset& p : Presets()) {
     if (p.name == name) return &p;
   }
   return nullptr;
 }
 
-}  // namespace lxt
+void ApplyPreset(Settings& settings, const std::string& name) {
+  const Preset* preset = FindPreset(name);
+  if (!preset) throw SettingError("--preset: no preset named '" + name + "' (see --list-presets)");
+  Settings changed = settings;
+  for (size_t i = 0; i < preset->args.size(); ++i) {
+    // Every preset option is a long option; a value follows each one that takes a value.
+    const std::string option = preset->args[i].substr(2);
+    const OptionInfo* info = FindOption(option);
+    const bool takesValue = info != nullptr && !info->value.empty();
+    SetOption(changed, option, takesValue && i + 1 < preset->args.size() ? preset->args[++i] : "");
+  }
+  settings = std::move(changed);
+}
+
+}  // namespace lx::compose

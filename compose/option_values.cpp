@@ -1,13 +1,14 @@
-#include "tools/lettrix_cli/values.h"
+#include "compose/option_values.h"
 
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
-#include "tools/lettrix_cli/tool_error.h"
+#include "compose/compose_error.h"
+#include "compose/option_table.h"
 
-namespace lxt {
+namespace lx::compose {
 namespace {
 
 struct NamedColour {
@@ -29,7 +30,7 @@ std::string Quote(const std::string& s) {
 }
 
 [[noreturn]] void Bad(const std::string& option, const std::string& text, const std::string& what) {
-  throw UsageError("--" + option + ": " + Quote(text) + " is not " + what);
+  throw SettingError("--" + option + ": " + Quote(text) + " is not " + what);
 }
 
 int HexDigit(char c) {
@@ -67,7 +68,7 @@ int64_t ParseInteger(const std::string& option, const std::string& text, int64_t
   long long v = std::strtoll(text.c_str(), &end, 10);
   if (*end != '\0' || errno == ERANGE || text[0] == ' ') Bad(option, text, "a whole number" + range);
   if (v < min || v > max) {
-    throw UsageError("--" + option + ": " + text + " is out of range" + range);
+    throw SettingError("--" + option + ": " + text + " is out of range" + range);
   }
   return v;
 }
@@ -79,7 +80,7 @@ double ParseNumber(const std::string& option, const std::string& text, double mi
   char* end = nullptr;
   double v = std::strtod(text.c_str(), &end);
   if (*end != '\0' || !std::isfinite(v)) Bad(option, text, std::string("a number") + buf);
-  if (v < min || v > max) throw UsageError("--" + option + ": " + text + " is out of range" + buf);
+  if (v < min || v > max) throw SettingError("--" + option + ": " + text + " is out of range" + buf);
   return v;
 }
 
@@ -112,8 +113,8 @@ void ParseRectangle(const std::string& option, const std::string& text, int32_t 
   if (parts.size() != 4) Bad(option, text, "a rectangle LEFT,TOP,RIGHT,BOTTOM");
   for (int i = 0; i < 4; ++i) out[i] = static_cast<int32_t>(ParseInteger(option, parts[i], -32768, 32767));
   if (out[2] <= out[0] || out[3] <= out[1]) {
-    throw UsageError("--" + option + ": " + Quote(text) +
-                     " is an empty rectangle (RIGHT must exceed LEFT and " + "BOTTOM must exceed TOP)");
+    throw SettingError("--" + option + ": " + Quote(text) +
+                       " is an empty rectangle (RIGHT must exceed LEFT and " + "BOTTOM must exceed TOP)");
   }
 }
 
@@ -161,7 +162,7 @@ std::string ColourNames() {
 std::vector<ColourStop> ParseStops(const std::string& option, const std::string& text) {
   std::vector<std::string> parts = Split(text, ',');
   if (parts.size() > 255) {
-    throw UsageError("--" + option + ": " + std::to_string(parts.size()) + " colour stops; at most 255");
+    throw SettingError("--" + option + ": " + std::to_string(parts.size()) + " colour stops; at most 255");
   }
   std::vector<ColourStop> stops;
   for (const std::string& part : parts) {
@@ -183,4 +184,4 @@ bool ParseSwitch(const std::string& option, const std::string& text) {
   Bad(option, text, "on or off");
 }
 
-}  // namespace lxt
+}  // namespace lx::compose

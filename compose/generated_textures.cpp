@@ -1,9 +1,11 @@
-#include "tools/lettrix_cli/textures.h"
+#include "compose/generated_textures.h"
 
 #include <cmath>
 #include <cstdint>
 
-namespace lxt {
+#include "compose/option_table.h"
+
+namespace lx::compose {
 namespace {
 
 constexpr int32_t kSize = 256;
@@ -158,4 +160,4 @@ Image GenerateTexture(const std::string& name) {
   return Image();
 }
 
-}  // namespace lxt
+}  // namespace lx::compose

@@ -1,14 +1,14 @@
 // Parsing of option values. Every parser names the option in its message, so the user sees which of
-// several values was wrong; all of them throw UsageError.
+// several values was wrong; all of them throw Error (kSetting).
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "tools/lettrix_cli/job.h"
+#include "compose/settings.h"
 
-namespace lxt {
+namespace lx::compose {
 
 // A whole number in [min, max].
 int64_t ParseInteger(const std::string& option, const std::string& text, int64_t min, int64_t max);
@@ -32,10 +32,7 @@ std::vector<ColourStop> ParseStops(const std::string& option, const std::string&
 // "on"/"off" and their synonyms.
 bool ParseSwitch(const std::string& option, const std::string& text);
 
-// The colour names ParseColour knows, for the help text.
-std::string ColourNames();
-
 // Splits at every `separator`, keeping empty pieces.
 std::vector<std::string> Split(const std::string& text, char separator);
 
-}  // namespace lxt
+}  // namespace lx::compose

@@ -1,12 +1,12 @@
-#include "tools/lettrix_cli/font_lookup.h"
-
+// The font file of the settings: a file as given, a family through fontconfig, or the default font.
 #include <fontconfig/fontconfig.h>
 
 #include <memory>
 
-#include "tools/lettrix_cli/tool_error.h"
+#include "compose/composition.h"
+#include "tools/text_outline/text_outline.h"
 
-namespace lxt {
+namespace lx::compose {
 namespace {
 
 struct PatternDeleter {
@@ -28,10 +28,11 @@ std::string String(FcPattern* p, const char* object, int index) {
 
 std::string FindWithFontconfig(const std::string& pattern) {
   Pattern asked(FcNameParse(reinterpret_cast<const FcChar8*>(pattern.c_str())));
-  if (!asked) throw UsageError("--family: '" + pattern + "' is not a fontconfig pattern");
+  if (!asked) throw SettingError("--family: '" + pattern + "' is not a fontconfig pattern");
   const std::string family = String(asked.get(), FC_FAMILY, 0);
 
-  FcConfig* config = FcConfigGetCurrent();
+  // Loaded once and kept: another thread may be looking a font up at the same time.
+  static FcConfig* const config = FcInit() ? FcConfigGetCurrent() : nullptr;
   if (!config) throw JobError("fontconfig could not load its configuration");
   FcConfigSubstitute(config, asked.get(), FcMatchPattern);
   FcDefaultSubstitute(asked.get());
@@ -59,12 +60,10 @@ std::string FindWithFontconfig(const std::string& pattern) {
 
 }  // namespace
 
-std::string FindFontFile(const std::string& pattern) {
-  // The lookup is the program's only use of fontconfig: release everything it loaded once done.
-  struct Finish {
-    ~Finish() { FcFini(); }
-  } finish;
-  return FindWithFontconfig(pattern);
+std::string ResolveFont(const Settings& settings) {
+  if (!settings.fontFile.empty()) return settings.fontFile;
+  if (!settings.fontFamily.empty()) return FindWithFontconfig(settings.fontFamily);
+  return lx::text::kDefaultFontPath;
 }
 
-}  // namespace lxt
+}  // namespace lx::compose

@@ -1,16 +1,16 @@
-#include "tools/lettrix_cli/render_job.h"
+// Drawing an outline block with the settings through the library's public interface: every layer
+// setting on a render process, the block placed on a canvas that fits it, or centred on a fixed one.
 
 #include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "lettrix/lettrix.h"
-#include "tools/lettrix_cli/files.h"
-#include "tools/lettrix_cli/textures.h"
-#include "tools/lettrix_cli/tool_error.h"
+#include "compose/composition.h"
+#include "compose/generated_textures.h"
 #include "tools/text_outline/text_outline.h"
 
-namespace lxt {
+namespace lx::compose {
 namespace {
 
 constexpr double kDegreesToRadians = 3.141592653589793 / 180.0;
@@ -153,69 +153,73 @@ struct Textures {
   Image face, outline;
 };
 
-Image LoadTexture(const std::string& source, const ImageFileReader& readImage) {
+Image LoadTexture(const std::string& source, const ImageReader& readImage) {
   const std::string prefix = kGeneratedPrefix;
   if (source.compare(0, prefix.size(), prefix) == 0) {
     const std::string name = source.substr(prefix.size());
     if (!IsGeneratedTexture(name)) {
-      throw UsageError("no generated texture named '" + name + "' (there are " + GeneratedTextureList() +
-                       ")");
+      throw SettingError("no generated texture named '" + name + "' (there are " + GeneratedTextureList() +
+                         ")");
     }
     return GenerateTexture(name);
   }
-  Image image = readImage(source);
+  if (!readImage)
+    throw JobError("cannot read texture file '" + source + "': this caller reads no image files");
+  Image image = FromRgba(readImage(source));
+  if (image.pixels.empty()) throw JobError("texture '" + source + "' has no pixels, or fewer than its size");
   if (static_cast<int64_t>(image.width) * image.height > kMaxCanvasPixels) {
     throw JobError("texture '" + source + "' is too large");
   }
   return image;
 }
 
-void ApplySettings(RenderHandle* slot, const Job& job, Textures& textures) {
-  ApplyLayer(slot, kFaceCalls, job.face, &textures.face);
-  ApplyLayer(slot, kOutlineCalls, job.outline, &textures.outline);
+void ApplySettings(RenderHandle* slot, const Settings& settings, Textures& textures) {
+  ApplyLayer(slot, kFaceCalls, settings.face, &textures.face);
+  ApplyLayer(slot, kOutlineCalls, settings.outline, &textures.outline);
 
-  const int32_t thickness = job.outlineWidth;
+  const int32_t thickness = settings.outlineWidth;
   SetOutlineThickness(slot, &thickness);
 
-  const uint8_t emboss = job.emboss ? 1 : 0;
-  if (job.emboss) {
-    const double angle = job.embossAngleDegrees * kDegreesToRadians;
+  const uint8_t emboss = settings.emboss ? 1 : 0;
+  if (settings.emboss) {
+    const double angle = settings.embossAngleDegrees * kDegreesToRadians;
     // The relief is scaled by the first byte for red, the third for green and the second for blue.
-    SetFaceTextureEmbossed(slot, &angle, &job.embossTint.r, &job.embossTint.b, &job.embossTint.g);
+    SetFaceTextureEmbossed(slot, &angle, &settings.embossTint.r, &settings.embossTint.b,
+                           &settings.embossTint.g);
   }
   EnableFaceEmbossed(slot, &emboss);
 
-  const uint8_t bevel = job.bevel ? 1 : 0;
-  const uint8_t elevation = static_cast<uint8_t>(job.bevelElevation);
-  const uint8_t passes = static_cast<uint8_t>(job.bevelPasses);
-  const double bevelAngle = job.bevelAngleDegrees * kDegreesToRadians;
+  const uint8_t bevel = settings.bevel ? 1 : 0;
+  const uint8_t elevation = static_cast<uint8_t>(settings.bevelElevation);
+  const uint8_t passes = static_cast<uint8_t>(settings.bevelPasses);
+  const double bevelAngle = settings.bevelAngleDegrees * kDegreesToRadians;
   SetOutline3DBorder(slot, &elevation, &passes, &bevelAngle);
   EnableOutline3DBorder(slot, &bevel);
 
-  SetColour(SetShadowColor, slot, job.shadowColour);
-  SetShadowOffset(slot, &job.shadowX, &job.shadowY);
-  SetShadowZoom(slot, &job.shadowZoomX, &job.shadowZoomY);
-  const uint8_t shadowBlur = static_cast<uint8_t>(job.shadowBlur);
+  SetColour(SetShadowColor, slot, settings.shadowColour);
+  SetShadowOffset(slot, &settings.shadowX, &settings.shadowY);
+  SetShadowZoom(slot, &settings.shadowZoomX, &settings.shadowZoomY);
+  const uint8_t shadowBlur = static_cast<uint8_t>(settings.shadowBlur);
   SetShadowBlurLevel(slot, &shadowBlur);
-  const uint8_t extrude = job.extrude ? 1 : 0, smooth = job.extrudeSmooth ? 1 : 0;
+  const uint8_t extrude = settings.extrude ? 1 : 0, smooth = settings.extrudeSmooth ? 1 : 0;
   SetShadowExtruded(slot, &extrude);
   SetExtrudedShadowColor(slot, &smooth);
-  const uint8_t visible = job.shadowVisible ? 1 : 0, only = job.shadowOnly ? 1 : 0;
+  const uint8_t visible = settings.shadowVisible ? 1 : 0, only = settings.shadowOnly ? 1 : 0;
   SetShadowVisible(slot, &visible);
   SetDrawShadowOnly(slot, &only);
 }
 
 // How far, beyond the outline's own box, anything may be drawn, before the probe render measures it.
-Box ReachEstimate(const Job& job, const Box& glyphs, int64_t slack) {
-  const int64_t stroke = job.outlineWidth > 0 ? 3 * int64_t{job.outlineWidth} + 2 : 0;
-  const int64_t blur = 2 * std::max({job.face.blur, job.outline.blur});
+Box ReachEstimate(const Settings& settings, const Box& glyphs, int64_t slack) {
+  const int64_t stroke = settings.outlineWidth > 0 ? 3 * int64_t{settings.outlineWidth} + 2 : 0;
+  const int64_t blur = 2 * std::max({settings.face.blur, settings.outline.blur});
   Box reach = glyphs.inflated(stroke + blur + slack);
 
-  const bool shadowDrawn = job.shadowVisible && job.shadowColour.a != 0;
+  const bool shadowDrawn = settings.shadowVisible && settings.shadowColour.a != 0;
   if (shadowDrawn) {
-    Box shadow = glyphs.inflated(stroke + 2 * int64_t{job.shadowBlur} + slack);
-    const double growX = (job.shadowZoomX - 1.0) * static_cast<double>(shadow.width()) / 2.0;
-    const double growY = (job.shadowZoomY - 1.0) * static_cast<double>(shadow.height()) / 2.0;
+    Box shadow = glyphs.inflated(stroke + 2 * int64_t{settings.shadowBlur} + slack);
+    const double growX = (settings.shadowZoomX - 1.0) * static_cast<double>(shadow.width()) / 2.0;
+    const double growY = (settings.shadowZoomY - 1.0) * static_cast<double>(shadow.height()) / 2.0;
     if (growX > 0) {
       shadow.left -= static_cast<int64_t>(growX) + 2;
       shadow.right += static_cast<int64_t>(growX) + 2;
@@ -224,8 +228,8 @@ Box ReachEstimate(const Job& job, const Box& glyphs, int64_t slack) {
       shadow.top -= static_cast<int64_t>(growY) + 2;
       shadow.bottom += static_cast<int64_t>(growY) + 2;
     }
-    Box moved = shadow.moved(job.shadowX, job.shadowY);
-    reach = reach.united(job.extrude ? moved.united(shadow) : moved);
+    Box moved = shadow.moved(settings.shadowX, settings.shadowY);
+    reach = reach.united(settings.extrude ? moved.united(shadow) : moved);
   }
   return reach;
 }
@@ -239,9 +243,10 @@ void CheckCanvasSize(int64_t width, int64_t height) {
 
 // Renders with the drawing's origin moved to (tx, ty) onto `canvas` as it is; false when the library
 // refused.
-bool RenderOnto(const Job& job, Textures& textures, void* block, int32_t tx, int32_t ty, Image& canvas) {
+bool RenderOnto(const Settings& settings, Textures& textures, void* block, int32_t tx, int32_t ty,
+                Image& canvas) {
   Process process;
-  ApplySettings(process.slot(), job, textures);
+  ApplySettings(process.slot(), settings, textures);
   SetTranslation(process.slot(), &tx, &ty);
   return Render(process.slot(), block, &canvas.width, &canvas.height, canvas.pixels.data());
 }
@@ -267,28 +272,6 @@ Box InkOf(const Image& image) {
 
 }  // namespace
 
-std::vector<uint8_t> BuildTextBlock(const Job& job, const std::string& fontPath) {
-  // A clear message for the commonest mistake, before the font engine gives a vaguer one.
-  ReadWholeFile(fontPath, "font file");
-  lx::text::TextLine line;
-  line.fontPath = fontPath;
-  line.text = job.text;
-  line.pixelSize = job.pixelSize;
-  line.baselineY = job.pixelSize;
-  lx::text::OutlineBlock block;
-  std::string error;
-  if (!lx::text::BuildOutlineBlock(line, &block, &error)) {
-    if (error.rfind("cannot open font", 0) == 0) {
-      throw JobError("cannot use font file '" + fontPath + "': it is not a font the font engine can read");
-    }
-    throw JobError("cannot lay out the text in '" + fontPath + "': " + error);
-  }
-  if (block.bytes.empty() || block.ink.empty()) {
-    throw JobError("nothing to draw: the text has no visible letters");
-  }
-  return std::move(block.bytes);
-}
-
 void CheckOutlineBlock(const std::vector<uint8_t>& block, const std::string& fileName) {
   if (lx::text::MeasureOutlineBlock(block.data(), block.size()).empty()) {
     throw JobError("'" + fileName + "' is not an outline block with something to draw (GGO_NATIVE layout: " +
@@ -296,14 +279,16 @@ void CheckOutlineBlock(const std::vector<uint8_t>& block, const std::string& fil
   }
 }
 
-Image RenderJob(const Job& job, const std::vector<uint8_t>& bytes, const ImageFileReader& readImage) {
+RgbaImage RenderBlock(const Settings& settings, const std::vector<uint8_t>& bytes,
+                      const ImageReader& readImage) {
   const lx::text::InkBox ink = lx::text::MeasureOutlineBlock(bytes.data(), bytes.size());
   if (ink.empty()) throw JobError("nothing to draw: the outline block is empty");
   const Box glyphs{ink.left, ink.top, ink.right, ink.bottom};
 
   Textures textures;
-  if (job.face.fill == FillKind::kTexture) textures.face = LoadTexture(job.face.texture, readImage);
-  if (job.outline.fill == FillKind::kTexture) textures.outline = LoadTexture(job.outline.texture, readImage);
+  if (settings.face.fill == FillKind::kTexture) textures.face = LoadTexture(settings.face.texture, readImage);
+  if (settings.outline.fill == FillKind::kTexture)
+    textures.outline = LoadTexture(settings.outline.texture, readImage);
 
   lx::text::GlobalBlock block(bytes);
   if (!block.handle()) throw JobError("out of memory for the outline block");
@@ -312,10 +297,10 @@ Image RenderJob(const Job& job, const std::vector<uint8_t>& bytes, const ImageFi
   // is generous; should anything touch the canvas edge, the room grows and the probe runs again.
   Box drawn;
   for (int64_t slack = 8;; slack *= 4) {
-    const Box reach = ReachEstimate(job, glyphs, slack);
+    const Box reach = ReachEstimate(settings, glyphs, slack);
     CheckCanvasSize(reach.width(), reach.height());
     Image probe(static_cast<int32_t>(reach.width()), static_cast<int32_t>(reach.height()));
-    if (!RenderOnto(job, textures, block.handle(), static_cast<int32_t>(-reach.left),
+    if (!RenderOnto(settings, textures, block.handle(), static_cast<int32_t>(-reach.left),
                     static_cast<int32_t>(-reach.top), probe)) {
       throw JobError("the library drew nothing: the outline has no area");
     }
@@ -331,30 +316,30 @@ Image RenderJob(const Job& job, const std::vector<uint8_t>& bytes, const ImageFi
   }
 
   int64_t width, height, left, top;
-  if (job.fixedCanvas) {
-    width = job.canvasWidth;
-    height = job.canvasHeight;
+  if (settings.fixedCanvas) {
+    width = settings.canvasWidth;
+    height = settings.canvasHeight;
     // Floor division: a drawing wider than the canvas is cut equally on both sides, give or take one.
     left = drawn.left - FloorHalf(width - drawn.width());
     top = drawn.top - FloorHalf(height - drawn.height());
   } else {
-    width = drawn.width() + 2 * int64_t{job.padding};
-    height = drawn.height() + 2 * int64_t{job.padding};
-    left = drawn.left - job.padding;
-    top = drawn.top - job.padding;
+    width = drawn.width() + 2 * int64_t{settings.padding};
+    height = drawn.height() + 2 * int64_t{settings.padding};
+    left = drawn.left - settings.padding;
+    top = drawn.top - settings.padding;
   }
   CheckCanvasSize(width, height);
 
-  const Rgba& bg = job.background;
+  const Rgba& bg = settings.background;
   Image canvas(static_cast<int32_t>(width), static_cast<int32_t>(height),
                bg.a ? PackPixel(bg.r, bg.g, bg.b, bg.a) : 0);
-  const int64_t tx = -left + job.translateX, ty = -top + job.translateY;
+  const int64_t tx = -left + settings.translateX, ty = -top + settings.translateY;
   if (tx < INT32_MIN || tx > INT32_MAX || ty < INT32_MIN || ty > INT32_MAX ||
-      !RenderOnto(job, textures, block.handle(), static_cast<int32_t>(tx), static_cast<int32_t>(ty),
+      !RenderOnto(settings, textures, block.handle(), static_cast<int32_t>(tx), static_cast<int32_t>(ty),
                   canvas)) {
     throw JobError("the library drew nothing: the outline has no area");
   }
-  return canvas;
+  return ToRgba(canvas);
 }
 
-}  // namespace lxt
+}  // namespace lx::compose

@@ -1,0 +1,252 @@
+// CFF (OpenType) fonts: their cubic curves reach the block as quadratic ones, drawn within a pixel or so
+// of the exact glyphs.
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_OUTLINE_H
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "tests/text/text_fixture.h"
+#include "text/cubic_split.h"
+#include "text/outline_block_writer.h"
+#include "tools/text_outline/text_outline.h"
+
+namespace lx::text::testing {
+namespace {
+
+// The glyphs of `laid` drawn by FreeType's own rasterizer from the exact cubic outlines, as alpha.
+std::vector<uint8_t> ExactAlpha(const Laid& laid, const char* font, double size, int width, int height) {
+  std::vector<uint8_t> alpha(static_cast<size_t>(width) * height, 0);
+  FT_Library library;
+  FT_Face face;
+  EXPECT_EQ(FT_Init_FreeType(&library), 0);
+  EXPECT_EQ(FT_New_Face(library, font, 0, &face), 0);
+  const FT_F26Dot6 em = static_cast<FT_F26Dot6>(std::lround(size * 64));
+  FT_Set_Char_Size(face, em, em, 72, 72);
+  for (size_t i = 0; i < laid.r().glyph_count; ++i) {
+    const LettrixTextGlyph& g = laid.glyph(i);
+    EXPECT_EQ(FT_Load_Glyph(face, g.glyph, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP), 0);
+    std::vector<uint8_t> one(alpha.size(), 0);
+    FT_Bitmap bitmap{};
+    bitmap.rows = static_cast<unsigned>(height);
+    bitmap.width = static_cast<unsigned>(width);
+    bitmap.pitch = width;
+    bitmap.buffer = one.data();
+    bitmap.num_grays = 256;
+    bitmap.pixel_mode = FT_PIXEL_MODE_GRAY;
+    // The bitmap's y grows upwards from its bottom row.
+    FT_Outline_Translate(&face->glyph->outline, std::lround(g.x * 64), std::lround((height - g.y) * 64));
+    EXPECT_EQ(FT_Outline_Get_Bitmap(library, &face->glyph->outline, &bitmap), 0);
+    for (size_t p = 0; p < alpha.size(); ++p) alpha[p] = std::max(alpha[p], one[p]);
+  }
+  FT_Done_Face(face);
+  FT_Done_FreeType(library);
+  return alpha;
+}
+
+// Whether every clearly inked pixel of `a` has a pixel at least half inked in `b` within `reach` pixels.
+bool WithinReach(const std::vector<uint8_t>& a, const std::vector<uint8_t>& b, int width, int height,
+                 int reach) {
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      if (a[static_cast<size_t>(y) * width + x] < 192) continue;
+      bool near = false;
+      for (int dy = -reach; dy <= reach && !near; ++dy) {
+        for (int dx = -reach; dx <= reach && !near; ++dx) {
+          const int u = x + dx, v = y + dy;
+          near = u >= 0 && v >= 0 && u < width && v < height && b[static_cast<size_t>(v) * width + u] >= 128;
+        }
+      }
+      if (!near) return false;
+    }
+  }
+  return true;
+}
+
+TEST(TextCff, OpenTypeGlyphsDrawWithinAPixelOfTheExactOnes) {
+  for (double size : {24.0, 96.0, 300.0}) {
+    const LettrixTextLayout layout = Layout(kSerifOtf, size);
+    Laid laid("Sg@&", layout);
+    ASSERT_TRUE(laid.ok()) << laid.message();
+    const int width = laid.r().ink_right + 4, height = laid.r().ink_bottom + 4;
+    const std::vector<uint8_t> drawn = DrawAlpha(laid.r(), width, height);
+    const std::vector<uint8_t> exact = ExactAlpha(laid, kSerifOtf, size, width, height);
+    EXPECT_TRUE(WithinReach(drawn, exact, width, height, 1)) << size;
+    EXPECT_TRUE(WithinReach(exact, drawn, width, height, 1)) << size;
+    long inked = 0, differ = 0;
+    for (size_t p = 0; p < drawn.size(); ++p) {
+      inked += exact[p] >= 128;
+      differ += std::abs(drawn[p] - exact[p]) > 96;
+    }
+    EXPECT_GT(inked, 100);
+    EXPECT_LT(differ * 50, inked) << size;  // under 2 % of the ink differs by more than a third
+  }
+}
+
+TEST(TextCff, TheComparisonSeesAGlyphMovedByTwoPixels) {
+  const LettrixTextLayout layout = Layout(kSerifOtf, 96);
+  Laid laid("S", layout);
+  ASSERT_TRUE(laid.ok());
+  const int width = laid.r().ink_right + 8, height = laid.r().ink_bottom + 8;
+  const std::vector<uint8_t> drawn = DrawAlpha(laid.r(), width, height);
+  std::vector<uint8_t> exact = ExactAlpha(laid, kSerifOtf, 96, width, height);
+  std::vector<uint8_t> moved(exact.size(), 0);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 2; x < width; ++x)
+      moved[static_cast<size_t>(y) * width + x] = exact[static_cast<size_t>(y) * width + x - 2];
+  }
+  EXPECT_FALSE(WithinReach(drawn, moved, width, height, 1) && WithinReach(moved, drawn, width, height, 1));
+}
+
+Point CubicAt(const Point (&p)[4], double t) {
+  const double u = 1 - t;
+  return {u * u * u * p[0].x + 3 * u * u * t * p[1].x + 3 * u * t * t * p[2].x + t * t * t * p[3].x,
+          u * u * u * p[0].y + 3 * u * u * t * p[1].y + 3 * u * t * t * p[2].y + t * t * t * p[3].y};
+}
+
+TEST(TextCff, CubicPiecesStayWithinASixteenthOfAPixel) {
+  const Point cubics[][4] = {
+      {{0, 0}, {0, 100}, {100, 100}, {100, 0}},         // an arch
+      {{0, 0}, {300, 200}, {-200, 200}, {100, 0}},      // a loop
+      {{0, 0}, {10, 0}, {20, 0}, {30, 0}},              // a straight line
+      {{5, 5}, {2000, -900}, {-1500, 2500}, {40, 40}},  // a wild one, far beyond a glyph's size
+      {{0, 0}, {0.1, 0.2}, {0.2, 0.1}, {0.3, 0.3}},     // tiny
+  };
+  for (const auto& c : cubics) {
+    std::vector<QuadraticPiece> pieces;
+    SplitCubic(c[0], c[1], c[2], c[3], 1.0 / 16, &pieces);
+    ASSERT_FALSE(pieces.empty());
+    EXPECT_LE(pieces.size(), 1024u);
+    EXPECT_EQ(pieces.back().end.x, c[3].x);
+    EXPECT_EQ(pieces.back().end.y, c[3].y);
+    // Equal parameter steps: piece k covers t in [k/n, (k+1)/n]; compare point by point.
+    const double n = static_cast<double>(pieces.size());
+    Point start = c[0];
+    double worst = 0;
+    for (size_t k = 0; k < pieces.size(); ++k) {
+      const QuadraticPiece& q = pieces[k];
+      for (int s = 0; s <= 32; ++s) {
+        const double t = s / 32.0, u = 1 - t;
+        const Point onQuad{u * u * start.x + 2 * u * t * q.control.x + t * t * q.end.x,
+                           u * u * start.y + 2 * u * t * q.control.y + t * t * q.end.y};
+        const Point onCubic = CubicAt(c, (static_cast<double>(k) + t) / n);
+        worst = std::max(worst, std::hypot(onQuad.x - onCubic.x, onQuad.y - onCubic.y));
+      }
+      start = q.end;
+    }
+    EXPECT_LE(worst, 1.0 / 16) << c[1].x;
+  }
+  // A flat cubic needs one piece, a large curved one many.
+  std::vector<QuadraticPiece> flat, curved;
+  SplitCubic(cubics[2][0], cubics[2][1], cubics[2][2], cubics[2][3], 1.0 / 16, &flat);
+  SplitCubic(cubics[3][0], cubics[3][1], cubics[3][2], cubics[3][3], 1.0 / 16, &curved);
+  EXPECT_EQ(flat.size(), 1u);
+  EXPECT_GT(curved.size(), 20u);
+}
+
+TEST(TextCff, ContoursBecomeLineAndCurveRecords) {
+  OutlineBlockWriter writer;
+  writer.MoveTo({10.25, 20.75});
+  writer.LineTo({30, 20.75});
+  writer.LineTo({30, 30});
+  writer.QuadraticTo({30, 40}, {10.25, 40});
+  writer.EndContour();
+  const std::vector<uint8_t>& b = writer.bytes();
+  auto u32 = [&](size_t at) {
+    return static_cast<uint32_t>(b[at] | b[at + 1] << 8 | b[at + 2] << 16 |
+                                 static_cast<uint32_t>(b[at + 3]) << 24);
+  };
+  auto u16 = [&](size_t at) { return static_cast<uint16_t>(b[at] | b[at + 1] << 8); };
+  ASSERT_EQ(b.size(), 16u + 4 + 16 + 4 + 16);
+  EXPECT_EQ(u32(0), b.size());
+  EXPECT_EQ(u32(4), 24u);
+  EXPECT_EQ(u32(8), 0xA4000u);    // 10.25
+  EXPECT_EQ(u32(12), 0x14C000u);  // 20.75
+  EXPECT_EQ(u16(16), 1);          // one line record for both lines
+  EXPECT_EQ(u16(18), 2);
+  EXPECT_EQ(u32(20), 30u << 16);
+  EXPECT_EQ(u32(32), 30u << 16);
+  EXPECT_EQ(u16(36), 2);  // the curve: control and end
+  EXPECT_EQ(u16(38), 2);
+  EXPECT_EQ(u32(48), 0xA4000u);
+  EXPECT_EQ(u32(52), 40u << 16);
+  // The box has the start where the reader rounds it: 20.75 becomes 21, and 10.25 becomes 10.
+  EXPECT_EQ(writer.inkLeft(), 10);
+  EXPECT_EQ(writer.inkTop(), 20);
+  EXPECT_EQ(writer.inkRight(), 30);
+  EXPECT_EQ(writer.inkBottom(), 40);
+  OutlineBlockWriter high;
+  high.MoveTo({5.75, 5.75});
+  high.LineTo({9, 9});
+  high.LineTo({9, 8});
+  high.EndContour();
+  EXPECT_EQ(high.inkLeft(), 6);
+  EXPECT_EQ(high.inkTop(), 6);
+}
+
+// The last edge of a contour ends where the reader puts the start: its rounded point. A line back to the
+// start is left to the reader's closing edge; a curve ends on the rounded start itself.
+TEST(TextCff, TheLastEdgeEndsOnTheRoundedStart) {
+  OutlineBlockWriter lines;
+  lines.MoveTo({1.75, 2.25});
+  lines.LineTo({9, 2.25});
+  lines.LineTo({9, 9});
+  lines.LineTo({1.75, 2.25});
+  lines.EndContour();
+  ASSERT_EQ(lines.bytes().size(), 16u + 4 + 16);
+  EXPECT_EQ(lines.bytes()[18], 2);  // two points: the line back to the start is gone
+
+  OutlineBlockWriter curve;
+  curve.MoveTo({1.75, 2.25});
+  curve.LineTo({9, 2.25});
+  curve.QuadraticTo({9, 9}, {1.75, 2.25});
+  curve.EndContour();
+  const std::vector<uint8_t>& b = curve.bytes();
+  ASSERT_EQ(b.size(), 16u + 4 + 8 + 4 + 16);
+  auto u32 = [&](size_t at) {
+    return static_cast<uint32_t>(b[at] | b[at + 1] << 8 | b[at + 2] << 16 |
+                                 static_cast<uint32_t>(b[at + 3]) << 24);
+  };
+  EXPECT_EQ(u32(b.size() - 8), 2u << 16);
+  EXPECT_EQ(u32(b.size() - 4), 2u << 16);
+}
+
+TEST(TextCff, PointsBeyondTheFixedRangeSpoilTheBlock) {
+  for (const Point far : {Point{32768, 0}, Point{0, -32769}, Point{NAN, 0}}) {
+    OutlineBlockWriter writer;
+    writer.MoveTo({0, 0});
+    writer.LineTo(far);
+    writer.LineTo({1, 1});
+    writer.EndContour();
+    EXPECT_FALSE(writer.inRange()) << far.x << "," << far.y;
+  }
+  OutlineBlockWriter edge;
+  edge.MoveTo({-32768, 0});
+  edge.LineTo({32767.99, 10});
+  edge.LineTo({0, 10});
+  edge.EndContour();
+  EXPECT_TRUE(edge.inRange());
+}
+
+TEST(TextCff, TheReportedInkBoxIsTheOneTheRendererMeasures) {
+  for (const char* font : {kSerifOtf, kSans}) {
+    for (double size : {11.3, 40.0, 97.5}) {
+      LettrixTextLayout layout = Layout(font, size);
+      layout.letter_spacing = 0.37;
+      Laid laid("Quiet\nwaves", layout);
+      ASSERT_TRUE(laid.ok());
+      const InkBox measured =
+          MeasureOutlineBlock(static_cast<const uint8_t*>(laid.r().block), laid.r().block_size);
+      EXPECT_EQ(laid.r().ink_left, measured.left) << font << " " << size;
+      EXPECT_EQ(laid.r().ink_top, measured.top);
+      EXPECT_EQ(laid.r().ink_right, measured.right);
+      EXPECT_EQ(laid.r().ink_bottom, measured.bottom);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace lx::text::testing

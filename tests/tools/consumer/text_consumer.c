@@ -1,0 +1,34 @@
+/* Lays out a word with the installed text library and draws it with the installed renderer: the
+ * README's example, checked. Exit status 0 when the word was drawn. */
+#include <stdio.h>
+
+#include <lettrix/lettrix.h>
+#include <lettrix/lettrix_text.h>
+
+int main(void) {
+  LettrixTextLayout layout;
+  LettrixTextResult text;
+  char message[256];
+  LettrixTextDefaults(&layout);
+  layout.font_family = "DejaVu Serif";
+  layout.pixel_size = 48;
+  if (!LettrixTextLayOut("Hello", 5, &layout, &text, message, sizeof message)) {
+    fprintf(stderr, "layout failed: %s\n", message);
+    return 1;
+  }
+
+  int32_t width = text.ink_right + 8, height = text.ink_bottom + 8;
+  static uint32_t pixels[400 * 100];
+  RenderHandle slot = CreateRenderProcess();
+  uint8_t opaque = 255, zero = 0;
+  SetColorFaceStart(&slot, &opaque, &zero, &zero, &opaque); /* blue letters */
+  SetColorFaceEnd(&slot, &opaque, &zero, &zero, &opaque);
+  bool drawn = width <= 400 && height <= 100 && Render(&slot, text.block, &width, &height, pixels);
+  DestroyRenderProcess(&slot);
+  LettrixTextRelease(&text);
+
+  int inked = 0;
+  for (int i = 0; drawn && i < width * height; ++i) inked += (pixels[i] >> 24) == 255;
+  printf("text consumer: %d x %d pixels, %d of them opaque ink\n", (int)width, (int)height, inked);
+  return drawn && inked > 200 ? 0 : 1;
+}
