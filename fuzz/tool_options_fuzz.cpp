@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       args.back() += static_cast<char>(data[i]);
     }
   }
-  const lxt::ProgramInfo program{"lettrix", "fuzzing", true, true, "DejaVuSans.ttf"};
+  const lxt::ProgramInfo program{"lettrix", "fuzzing", true, true, true, "DejaVuSans.ttf"};
   try {
     const lxt::CommandLine line = lxt::ParseCommandLine(args, program);
     if (line.action != lxt::Action::kRender) return 0;

@@ -13,7 +13,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 seconds=${1:-60}
 build=${LETTRIX_FUZZ_BUILD:-$root/build/fuzz}
 jobs=${LETTRIX_JOBS:-$(nproc)}
-targets=(fuzz_render fuzz_outline_decoder fuzz_tga_loader fuzz_tool_tga fuzz_tool_options)
+targets=(fuzz_render fuzz_outline_decoder fuzz_tga_loader fuzz_tool_tga fuzz_tool_options fuzz_text_layout)
 
 launcher=()
 if command -v ccache >/dev/null; then
@@ -28,6 +28,9 @@ if ! { CC=clang CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelW
   echo "fuzz: 0 passed, ${#targets[@]} failed"
   exit 1
 fi
+
+# fontconfig's own loss while it reads its configuration is no finding of ours.
+export LSAN_OPTIONS="suppressions=$root/fuzz/lsan_suppressions.txt${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
 
 passed=0
 failed=0
