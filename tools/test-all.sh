@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the native, sanitizer and both Windows builds, and runs every test; then
-# the thread test under ThreadSanitizer and a short run of every fuzz target.
+# the thread test under ThreadSanitizer, a short run of every fuzz target and the web stage.
 # Every stage runs (and prints ctest's summary) even when an earlier one failed; the script fails at the
 # end if any stage did. A stage this machine cannot run is shown as skipped, with the reason, and its
 # tests are counted as skipped, never as passed. LETTRIX_JOBS overrides the number of parallel jobs.
@@ -149,16 +149,42 @@ start=$SECONDS
 mkdir -p "$root/build/fuzz"
 LETTRIX_JOBS=$jobs bash "$root/tools/fuzz.sh" "${LETTRIX_FUZZ_SECONDS:-15}" | tee "$root/build/fuzz/summary.log"
 status=${PIPESTATUS[0]}
-# fuzz.sh's closing line: "fuzz: N passed, F failed".
-fuzz_passed=$(sed -n 's/^fuzz: \([0-9]*\) passed.*/\1/p' "$root/build/fuzz/summary.log")
-fuzz_failed=$(sed -n 's/^fuzz: .*, \([0-9]*\) failed$/\1/p' "$root/build/fuzz/summary.log")
-if [ -n "$fuzz_passed" ] && [ -n "$fuzz_failed" ]; then
-  passed_total=$((passed_total + fuzz_passed))
-  failed_total=$((failed_total + fuzz_failed))
+fuzz_counts=$(tail -n 1 "$root/build/fuzz/summary.log")
+if [[ "$fuzz_counts" =~ ^fuzz:\ ([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+  passed_total=$((passed_total + BASH_REMATCH[1]))
+  failed_total=$((failed_total + BASH_REMATCH[2]))
 else
   failed_total=$((failed_total + 1))
 fi
 finish_stage "fuzzing (libFuzzer)" "$start" "$status"
+
+# ---- web: the library in WebAssembly and the playground page, tested in Debian's Chromium
+echo "== web: WebAssembly build and browser tests"
+start=$SECONDS
+if ! command -v emcmake >/dev/null || [ ! -x /usr/bin/chromium ] || ! command -v npm >/dev/null; then
+  echo "test-all: web stage skipped: emscripten, chromium or npm is not installed and could not be installed"
+  finish_stage "web: WebAssembly + Chromium" "$start" 77
+else
+  status=0
+  LETTRIX_JOBS=$jobs bash "$root/tools/web-build.sh" || status=1
+  if [ "$status" -eq 0 ]; then
+    web_log="$root/build/web-test.log"
+    # The run also takes the README's screenshot of the page.
+    node "$root/web/tests/browser-test.mjs" "$root/build/web" "$root/build/native/bin/lettrix" \
+      "$root/docs/web/playground.png" </dev/null | tee "$web_log"
+    status=${PIPESTATUS[0]}
+    web_counts=$(tail -n 1 "$web_log")
+    if [[ "$web_counts" =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+      passed_total=$((passed_total + BASH_REMATCH[1]))
+      failed_total=$((failed_total + BASH_REMATCH[2]))
+    else
+      failed_total=$((failed_total + 1))
+    fi
+  else
+    failed_total=$((failed_total + 1))
+  fi
+  finish_stage "web: WebAssembly + Chromium" "$start" "$status"
+fi
 
 echo "== summary"
 printf '%s\n' "${results[@]}"
