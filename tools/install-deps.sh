@@ -10,6 +10,8 @@ native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libben
              fonts-freefont-otf fonts-lohit-deva libcairo2-dev clang libclang-rt-14-dev)
 # Both Windows builds cross-compile on every machine; the 64-bit programs run under wine64.
 windows_pkgs=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine wine64)
+# The Python package, for Debian's own interpreter, and what its tests use.
+python_pkgs=(python3 python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pytest python3-pil)
 # The browser playground and its tests: the library compiled to WebAssembly, npm for the page's pinned
 # packages, Chromium to run the tests, the fonts the page offers. Installed on their own, so a machine
 # that cannot have them still gets everything else (the web stage then says it was skipped).
@@ -33,7 +35,7 @@ fi
 
 installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
 missing=()
-for p in "${native_pkgs[@]}"; do
+for p in "${native_pkgs[@]}" "${python_pkgs[@]}"; do
   installed "$p" || missing+=("$p")
 done
 if [ "$want_windows" = 1 ]; then
