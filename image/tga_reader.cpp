@@ -38,18 +38,29 @@ bool ReadInfo(TgaLoaderState* state, TgaImage* image) {
   return true;
 }
 
-// Replaces the record's block with a new zero-filled one of `bytes`; a size past the work-image limit
-// counts as a failed allocation, so a hostile header cannot claim gigabytes.
-bool AllocateBlock(TgaImage* image, uint64_t bytes) {
+// Replaces the record's block with a new one of `bytes` (zero-filled unless `flags` says otherwise); a
+// size past the work-image limit counts as a failed allocation, so a hostile header cannot claim
+// gigabytes.
+bool AllocateBlock(TgaImage* image, uint64_t bytes, unsigned flags = platform::kGmemMoveableZeroInit) {
   ReleaseTGA(image);
   if (bytes == 0 || bytes > PixelBuffer::kMaxBytes || bytes > std::numeric_limits<size_t>::max())
     return false;
   platform::MemoryHandle handle = nullptr;
-  void* pixels = platform::AllocateLockedBlock(static_cast<size_t>(bytes), &handle);
+  void* pixels = platform::AllocateLockedBlock(static_cast<size_t>(bytes), &handle, flags);
   if (pixels == nullptr) return false;
   image->handle = handle;
   image->pixels = static_cast<uint8_t*>(pixels);
   return true;
+}
+
+// Whether the file holds at least `bytes` more from where it stands. A file whose length cannot be told
+// counts as too short, which only costs the zero fill.
+bool FileHolds(std::FILE* file, uint64_t bytes) {
+  const long at = std::ftell(file);
+  if (at < 0 || std::fseek(file, 0, SEEK_END) != 0) return false;
+  const long end = std::ftell(file);
+  if (std::fseek(file, at, SEEK_SET) != 0) return false;
+  return end >= at && static_cast<uint64_t>(end - at) >= bytes;
 }
 
 }  // namespace
@@ -98,13 +109,21 @@ bool LoadUncompressedTGA(TgaLoaderState* state, TgaImage* image, std::FILE* file
     SetMessage(image, "<LoadUncompressedTGA> BitPerPixel has to be either 24-bit or 32-bit");
     return true;
   }
-  if (!AllocateBlock(image, state->imageSize)) {
+  // A cut-short file still loads, as what it holds followed by zeros. Only then is the zero fill
+  // needed: it comes with the fresh pages, so a short file claiming a large image costs no more than
+  // its own bytes. A file that backs the whole image overwrites every byte and is read unfilled.
+  const bool complete = FileHolds(file, state->imageSize);
+  if (!AllocateBlock(image, state->imageSize,
+                     complete ? platform::kGmemMoveable : platform::kGmemMoveableZeroInit)) {
     SetMessage(image, "<LoadUncompressedTGA> Could not allocate memory for image!");
     return true;
   }
   // Raw rows as the file stores them: no channel swap and no flip for either origin.
   const auto size = static_cast<size_t>(state->imageSize);
-  if (std::fread(image->pixels, 1, size, file) != size) {
+  const size_t got = std::fread(image->pixels, 1, size, file);
+  if (got != size) {
+    // The file shrank after it was measured: what it no longer holds reads as zeros all the same.
+    if (complete) std::memset(image->pixels + got, 0, size - got);
     SetMessage(image, "<LoadUncompressedTGA> Could not read image data!");
   }
   return true;
@@ -122,8 +141,10 @@ bool LoadCompressedTGA(TgaLoaderState* state, TgaImage* image, std::FILE* file) 
     return false;
   }
   // The pixel that overruns the count is stored before it is detected: one spare pixel keeps that
-  // store inside the block.
-  if (!AllocateBlock(image, state->imageSize + state->bytesPerPixel)) {
+  // store inside the block. A load that succeeds has written every pixel and a failed one frees the
+  // block, so it is not zero-filled: a short file claiming a large image touches no more pages than its
+  // packets fill.
+  if (!AllocateBlock(image, state->imageSize + state->bytesPerPixel, platform::kGmemMoveable)) {
     SetMessage(image, "<LoadCompressedTGA> Could not allocate memory for image!");
     return false;
   }

@@ -46,8 +46,9 @@ inline bool IsNoBlock(MemoryHandle h) {
 
 // The library's own blocks are movable, zero-filled and locked for their whole life. Allocates and locks
 // `bytes`; on failure returns null and sets *handle to null (a block that cannot be locked is freed).
-inline void* AllocateLockedBlock(size_t bytes, MemoryHandle* handle) {
-  *handle = GlobalAlloc(kGmemMoveableZeroInit, bytes);
+// A caller that overwrites every byte at once may pass kGmemMoveable alone and skip the zero fill.
+inline void* AllocateLockedBlock(size_t bytes, MemoryHandle* handle, unsigned flags = kGmemMoveableZeroInit) {
+  *handle = GlobalAlloc(flags, bytes);
   if (IsNoBlock(*handle)) {
     *handle = nullptr;
     return nullptr;

@@ -7,7 +7,7 @@ set -euo pipefail
 # Hebrew, kerning), FreeFont's CFF .otf fonts (ligatures, Devanagari fallback) and Lohit Devanagari.
 native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libbenchmark-dev
              libfreetype-dev libpng-dev fonts-dejavu-core libfontconfig-dev libharfbuzz-dev libfribidi-dev
-             fonts-freefont-otf fonts-lohit-deva libcairo2-dev)
+             fonts-freefont-otf fonts-lohit-deva libcairo2-dev clang libclang-rt-14-dev)
 # Both Windows builds cross-compile on every machine; the 64-bit programs run under wine64.
 windows_pkgs=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine wine64)
 # The Python package, for Debian's own interpreter, and what its tests use.

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the native, sanitizer and both Windows builds, and runs every test.
+# Installs what is missing, builds the native, sanitizer and both Windows builds, and runs every test; then
+# the thread test under ThreadSanitizer, a short run of every fuzz target and the web stage.
 # Every stage runs (and prints ctest's summary) even when an earlier one failed; the script fails at the
 # end if any stage did. A stage this machine cannot run is shown as skipped, with the reason, and its
 # tests are counted as skipped, never as passed. LETTRIX_JOBS overrides the number of parallel jobs.
@@ -21,9 +22,10 @@ build() {  # build <dir> <cmake args...>
   cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null && cmake --build "$dir" -j "$jobs"
 }
 
-run_tests() {  # run_tests <dir>; tests without a time limit of their own get 15 minutes
-  local log="$1/ctest-summary.log" status total bad
-  ctest --test-dir "$1" --output-on-failure -j "$jobs" --timeout 900 </dev/null | tee "$log"
+run_tests() {  # run_tests <dir> [ctest args]; tests without a time limit of their own get 15 minutes
+  local dir=$1 log="$1/ctest-summary.log" status total bad
+  shift
+  ctest --test-dir "$dir" --output-on-failure -j "$jobs" --timeout 900 "$@" </dev/null | tee "$log"
   status=${PIPESTATUS[0]}
   # ctest's closing line: "N% tests passed, F tests failed out of T".
   total=$(sed -n 's/.*tests failed out of \([0-9]*\).*/\1/p' "$log" | tail -n 1)
@@ -189,6 +191,30 @@ build "$root/build/windows64" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-x86_64.c
 check_dll x86_64-w64-mingw32-objdump "$root/build/windows64/bin/lettrix.dll" || status=1
 LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows64" || status=1
 finish_stage "Windows 64-bit under wine64" "$start" "$status"
+
+echo "== threads under ThreadSanitizer"
+start=$SECONDS
+tsan="$root/build/tsan"
+cmake -S "$root" -B "$tsan" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLETTRIX_TSAN=ON -DLETTRIX_BUILD_TOOLS=OFF \
+  -DLETTRIX_BUILD_BENCH=OFF >/dev/null && cmake --build "$tsan" -j "$jobs" --target test_threads
+status=$?
+TSAN_OPTIONS=halt_on_error=1 run_tests "$tsan" -R '^test_threads$' || status=1
+finish_stage "threads under ThreadSanitizer" "$start" "$status"
+
+# Every fuzz target replays its saved corpus, then fuzzes for a short while (LETTRIX_FUZZ_SECONDS each).
+echo "== fuzzing"
+start=$SECONDS
+mkdir -p "$root/build/fuzz"
+LETTRIX_JOBS=$jobs bash "$root/tools/fuzz.sh" "${LETTRIX_FUZZ_SECONDS:-15}" | tee "$root/build/fuzz/summary.log"
+status=${PIPESTATUS[0]}
+fuzz_counts=$(tail -n 1 "$root/build/fuzz/summary.log")
+if [[ "$fuzz_counts" =~ ^fuzz:\ ([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+  passed_total=$((passed_total + BASH_REMATCH[1]))
+  failed_total=$((failed_total + BASH_REMATCH[2]))
+else
+  failed_total=$((failed_total + 1))
+fi
+finish_stage "fuzzing (libFuzzer)" "$start" "$status"
 
 # ---- web: the library in WebAssembly and the playground page, tested in Debian's Chromium
 echo "== web: WebAssembly build and browser tests"

@@ -1,6 +1,8 @@
 #include "tools/lettrix_cli/files.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -92,13 +94,25 @@ Image DecodeTga(const std::vector<uint8_t>& bytes, const std::string& fileName) 
   if (bits != 24 && bits != 32) throw fail("only 24 and 32 bits per pixel are read");
   if (width < 1 || height < 1) throw fail("the image is empty");
   const size_t bpp = static_cast<size_t>(bits / 8);
-  const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
   size_t at = 18 + idLength;
+
+  // The header's size is only a claim: the file must hold at least the bytes that size takes before
+  // the image is made (raw pixels, or at best one packet of 128 pixels per 1 + bpp bytes), so a short
+  // file cannot make the program allocate and fill gigabytes. Counted in 64 bits: 65535 x 65535 pixels
+  // of 4 bytes do not fit a 32-bit size_t.
+  const uint64_t held = bytes.size() - std::min(bytes.size(), at);
+  const uint64_t pixelCount = uint64_t{static_cast<uint32_t>(width)} * static_cast<uint32_t>(height);
+  const uint64_t leastNeeded = type == 2 ? pixelCount * bpp : (pixelCount + 127) / 128 * (1 + bpp);
+  if (held < leastNeeded) {
+    throw fail(type == 2 ? "the pixel data is cut short" : "the compressed pixel data is cut short");
+  }
+  if (pixelCount * sizeof(uint32_t) > static_cast<uint64_t>(PTRDIFF_MAX))
+    throw fail("the image is too large");
+  const auto count = static_cast<size_t>(pixelCount);
 
   Image image(width, height);
   auto pixel = [&](const uint8_t* p) { return PackPixel(p[2], p[1], p[0], bpp == 4 ? p[3] : 255); };
   if (type == 2) {
-    if (bytes.size() - std::min(bytes.size(), at) < count * bpp) throw fail("the pixel data is cut short");
     for (size_t i = 0; i < count; ++i) image.pixels[i] = pixel(&bytes[at + i * bpp]);
   } else {
     size_t done = 0;
