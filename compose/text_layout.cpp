@@ -3,22 +3,10 @@
 #include <string>
 
 #include "compose/composition.h"
+#include "compose/laid_text.h"
 #include "lettrix/lettrix_text.h"
 
 namespace lx::compose {
-namespace {
-
-// Holds one layout's result until it goes.
-class LaidText {
- public:
-  ~LaidText() { LettrixTextRelease(&result_); }
-  LettrixTextResult* get() { return &result_; }
-
- private:
-  LettrixTextResult result_{};
-};
-
-}  // namespace
 
 std::vector<uint8_t> LayOutText(const Settings& settings, const std::string& text) {
   const std::string font = ResolveFont(settings);

@@ -15,7 +15,6 @@ namespace {
 
 constexpr uint32_t kProcessorIntel386 = 386;
 constexpr uint32_t kProcessorIntel486 = 486;
-constexpr unsigned kCpuidMmxBit = 1u << 23;  // function 1, EDX
 
 enum : int { kUnknown = 0, kWithout = 1, kWith = 2 };
 std::atomic<int> g_mmx{kUnknown};
@@ -24,6 +23,7 @@ bool DetectMMX() {
   const uint32_t type = ProcessorType();
   if (type == kProcessorIntel386 || type == kProcessorIntel486) return false;
 #if defined(__i386__) || defined(__x86_64__)
+  constexpr unsigned kCpuidMmxBit = 1u << 23;  // function 1, EDX
   unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
   // __get_cpuid fails on processors whose highest function is below 1.
   if (__get_cpuid(1, &eax, &ebx, &ecx, &edx) == 0) return false;

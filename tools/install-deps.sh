@@ -10,9 +10,18 @@ native_pkgs=(cmake make g++ pkg-config libagg-dev googletest libgtest-dev libben
              fonts-freefont-otf fonts-lohit-deva libcairo2-dev)
 # Both Windows builds cross-compile on every machine; the 64-bit programs run under wine64.
 windows_pkgs=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine wine64)
+# The Python package, for Debian's own interpreter, and what its tests use.
+python_pkgs=(python3 python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pytest python3-pil)
+# The browser playground and its tests: the library compiled to WebAssembly, npm for the page's pinned
+# packages, Chromium to run the tests, the fonts the page offers. Installed on their own, so a machine
+# that cannot have them still gets everything else (the web stage then says it was skipped).
+web_pkgs=(emscripten chromium fonts-dejavu-core fonts-dejavu-extra fonts-liberation)
+# Node and npm may come from another packaging of Node than Debian's; either will do.
+command -v npm >/dev/null || web_pkgs+=(nodejs npm)
 
 want_windows=1
-[ "${1:-}" = "--native-only" ] && want_windows=0
+want_web=1
+[ "${1:-}" = "--native-only" ] && want_windows=0 && want_web=0
 
 # wine32 (an i386 package) is only worth installing where 32-bit programs can run at all.
 want_wine32=0
@@ -26,7 +35,7 @@ fi
 
 installed() { dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'; }
 missing=()
-for p in "${native_pkgs[@]}"; do
+for p in "${native_pkgs[@]}" "${python_pkgs[@]}"; do
   installed "$p" || missing+=("$p")
 done
 if [ "$want_windows" = 1 ]; then
@@ -37,8 +46,16 @@ fi
 if [ "$want_wine32" = 1 ]; then
   installed wine32:i386 || missing+=(wine32:i386)
 fi
-[ "${#missing[@]}" -eq 0 ] && { echo "install-deps: nothing to install"; exit 0; }
-echo "install-deps: installing ${missing[*]}"
+web_missing=()
+if [ "$want_web" = 1 ]; then
+  for p in "${web_pkgs[@]}"; do
+    installed "$p" || web_missing+=("$p")
+  done
+fi
+if [ "${#missing[@]}" -eq 0 ] && [ "${#web_missing[@]}" -eq 0 ]; then
+  echo "install-deps: nothing to install"
+  exit 0
+fi
 
 SUDO=""
 [ "$(id -u)" -ne 0 ] && SUDO="sudo"
@@ -67,8 +84,17 @@ cleanup() { $SUDO rm -f "$pin"; }
 trap cleanup EXIT
 printf 'Package: *\nPin: release l=Debian-Security\nPin-Priority: 100\n' | $SUDO tee "$pin" >/dev/null
 
-if ! $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"; then
-  echo "install-deps: FAILED to install: ${missing[*]}" >&2
-  exit 1
+if [ "${#missing[@]}" -gt 0 ]; then
+  echo "install-deps: installing ${missing[*]}"
+  if ! $SUDO apt-get install -y -q --no-install-recommends "${missing[@]}"; then
+    echo "install-deps: FAILED to install: ${missing[*]}" >&2
+    exit 1
+  fi
+fi
+if [ "${#web_missing[@]}" -gt 0 ]; then
+  echo "install-deps: installing the web tools: ${web_missing[*]}"
+  if ! $SUDO apt-get install -y -q --no-install-recommends -o DPkg::Lock::Timeout=900 "${web_missing[@]}"; then
+    echo "install-deps: could not install the web tools (${web_missing[*]}); the web stage will be skipped" >&2
+  fi
 fi
 echo "install-deps: done"

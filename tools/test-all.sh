@@ -99,6 +99,57 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
   run_tests "$root/build/sanitize" || status=1
 finish_stage "AddressSanitizer + UndefinedBehaviorSanitizer" "$start" "$status"
 
+# The Python package was built with the native build. Its tests compare it with that build's program;
+# then it is installed into a scratch folder and imported from there, as an installed package.
+pytest_count() {  # pytest_count <log> <word>: the number before <word> in pytest's closing line, or 0
+  local n
+  n=$(tail -n 1 "$1" | grep -o "[0-9]* $2" | grep -o '^[0-9]*')
+  echo "${n:-0}"
+}
+
+run_pytest() {  # run_pytest <log> <pytest args...>
+  local log=$1 status bad
+  shift
+  PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 -m pytest -p no:cacheprovider "$@" </dev/null | tee "$log"
+  status=${PIPESTATUS[0]}
+  # pytest's closing line: "== 3 failed, 339 passed, 2 skipped, 1 error in 5.2s ==".
+  bad=$(($(pytest_count "$log" failed) + $(pytest_count "$log" error)))
+  [ "$status" -ne 0 ] && [ "$bad" -eq 0 ] && bad=1
+  passed_total=$((passed_total + $(pytest_count "$log" passed)))
+  failed_total=$((failed_total + bad))
+  skipped_total=$((skipped_total + $(pytest_count "$log" skipped)))
+  return "$status"
+}
+
+echo "== Python package"
+start=$SECONDS
+python_build="$root/build/native/python"
+if ls "$python_build"/lettrix/_lettrix*.so >/dev/null 2>&1; then
+  PYTHONPATH="$python_build" LETTRIX_PROGRAM="$root/build/native/bin/lettrix" \
+    run_pytest "$root/build/native/pytest-summary.log" "$root/python/tests"; status=$?
+  staged="$root/build/native/python-install"
+  rm -rf "$staged"
+  site=$(sed -n 's/^LETTRIX_PYTHON_INSTALL_DIR:PATH=//p' "$root/build/native/CMakeCache.txt")
+  case "$site" in
+    /*) site="$staged$site" ;;
+    *) site="$staged/prefix/$site" ;;
+  esac
+  if DESTDIR="$staged" cmake --install "$root/build/native" --prefix /prefix >/dev/null &&
+    (cd / && env -i PATH=/usr/bin:/bin PYTHONPATH="$site" \
+      /usr/bin/python3 -c "import lettrix; lettrix.render('Installed', size=24)"); then
+    echo "test-all: the installed lettrix package imports and draws"
+  else
+    echo "test-all: the installed lettrix package does not import or draw" >&2
+    failed_total=$((failed_total + 1))
+    status=1
+  fi
+else
+  echo "test-all: the native build made no lettrix Python module" >&2
+  failed_total=$((failed_total + 1))
+  status=1
+fi
+finish_stage "Python package" "$start" "$status"
+
 # The 32-bit DLL is the first target: it is built and checked on every machine, and its tests run
 # wherever 32-bit programs can. Tests that compare the builds' pixels find the native build through
 # LETTRIX_NATIVE_BUILD.
@@ -131,6 +182,34 @@ build "$root/build/windows64" -DCMAKE_TOOLCHAIN_FILE="$root/cmake/mingw-x86_64.c
 check_dll x86_64-w64-mingw32-objdump "$root/build/windows64/bin/lettrix.dll" || status=1
 LETTRIX_NATIVE_BUILD="$root/build/native" run_tests "$root/build/windows64" || status=1
 finish_stage "Windows 64-bit under wine64" "$start" "$status"
+
+# ---- web: the library in WebAssembly and the playground page, tested in Debian's Chromium
+echo "== web: WebAssembly build and browser tests"
+start=$SECONDS
+if ! command -v emcmake >/dev/null || [ ! -x /usr/bin/chromium ] || ! command -v npm >/dev/null; then
+  echo "test-all: web stage skipped: emscripten, chromium or npm is not installed and could not be installed"
+  finish_stage "web: WebAssembly + Chromium" "$start" 77
+else
+  status=0
+  LETTRIX_JOBS=$jobs bash "$root/tools/web-build.sh" || status=1
+  if [ "$status" -eq 0 ]; then
+    web_log="$root/build/web-test.log"
+    # The run also takes the README's screenshot of the page.
+    node "$root/web/tests/browser-test.mjs" "$root/build/web" "$root/build/native/bin/lettrix" \
+      "$root/docs/web/playground.png" </dev/null | tee "$web_log"
+    status=${PIPESTATUS[0]}
+    web_counts=$(tail -n 1 "$web_log")
+    if [[ "$web_counts" =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+      passed_total=$((passed_total + BASH_REMATCH[1]))
+      failed_total=$((failed_total + BASH_REMATCH[2]))
+    else
+      failed_total=$((failed_total + 1))
+    fi
+  else
+    failed_total=$((failed_total + 1))
+  fi
+  finish_stage "web: WebAssembly + Chromium" "$start" "$status"
+fi
 
 echo "== summary"
 printf '%s\n' "${results[@]}"

@@ -1,0 +1,44 @@
+"""Shared helpers: the lettrix program beside the package, and PNG files read back as arrays."""
+
+import os
+import subprocess
+from pathlib import Path
+
+import numpy as np
+import pytest
+
+ROOT = Path(__file__).resolve().parents[2]
+
+
+def program_path() -> Path:
+    """The lettrix program of the same build (LETTRIX_PROGRAM, or the native build's)."""
+    return Path(os.environ.get("LETTRIX_PROGRAM", ROOT / "build" / "native" / "bin" / "lettrix"))
+
+
+def read_png(path) -> np.ndarray:
+    from PIL import Image
+
+    with Image.open(path) as image:
+        assert image.mode == "RGBA", f"{path} is {image.mode}, not RGBA"
+        return np.array(image)
+
+
+@pytest.fixture
+def run_program(tmp_path):
+    """Runs the lettrix program with options and text; returns (exit code, image or None, stderr)."""
+    program = program_path()
+    if not program.exists():
+        pytest.fail(f"the lettrix program is not at {program} (set LETTRIX_PROGRAM)")
+    counter = [0]
+
+    def run(args, text=None):
+        counter[0] += 1
+        out = tmp_path / f"program-{counter[0]}.png"
+        command = [str(program), *args, "-o", str(out)]
+        if text is not None:
+            command += ["--text", text]
+        done = subprocess.run(command, capture_output=True, text=True, timeout=300)
+        image = read_png(out) if done.returncode == 0 else None
+        return done.returncode, image, done.stderr
+
+    return run
