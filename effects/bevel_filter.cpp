@@ -76,8 +76,6 @@ bool BevelFilter::reserveRows(int32_t width, int32_t height) {
   if (width == rowsWidth_ && height == rowsHeight_) return true;
   try {
     for (auto& row : heightRows_) row.assign(static_cast<size_t>(width), 0);
-    sourceRow_.assign(static_cast<size_t>(width), 0);
-    outputRow_.assign(static_cast<size_t>(width), 0);
   } catch (const std::bad_alloc&) {
     rowsWidth_ = rowsHeight_ = -1;
     return false;
@@ -90,15 +88,23 @@ bool BevelFilter::reserveRows(int32_t width, int32_t height) {
 void BevelFilter::readHeights(const PixelView& image, int32_t row, int32_t* heights) const {
   const uint32_t* p = image.row(row);
   const int32_t offset = settings_.heightOffset;
+  // Layers are mostly long runs of one value (clear, or the whitened stroke): a pixel equal to the one
+  // before takes its height without the arithmetic.
+  uint32_t previous = 0;
+  int32_t previousHeight = profile_[offset];
   for (int32_t x = 0; x < image.width; ++x) {
     const uint32_t v = p[x];
-    // Byte 0 weighs 0.3 and byte 2 0.11 here, the other way round from the emboss tint.
-    const int32_t lum =
-        static_cast<int32_t>(0.11 * ((v >> 16) & 0xFF) + 0.59 * ((v >> 8) & 0xFF) + 0.3 * (v & 0xFF) + 0.5);
-    const int32_t h = (lum - offset) * static_cast<int32_t>(v >> 24);
-    // h / 255 + offset lies between lum and offset, so the index stays within the profile.
-    const int32_t index = static_cast<int32_t>(h * kByteScale + offset);
-    heights[x] = profile_[std::clamp(index, 0, 255)];
+    if (v != previous) {
+      // Byte 0 weighs 0.3 and byte 2 0.11 here, the other way round from the emboss tint.
+      const int32_t lum =
+          static_cast<int32_t>(0.11 * ((v >> 16) & 0xFF) + 0.59 * ((v >> 8) & 0xFF) + 0.3 * (v & 0xFF) + 0.5);
+      const int32_t h = (lum - offset) * static_cast<int32_t>(v >> 24);
+      // h / 255 + offset lies between lum and offset, so the index stays within the profile.
+      const int32_t index = static_cast<int32_t>(h * kByteScale + offset);
+      previous = v;
+      previousHeight = profile_[std::clamp(index, 0, 255)];
+    }
+    heights[x] = previousHeight;
   }
 }
 
@@ -119,16 +125,20 @@ void BevelFilter::shade(const PixelView& image) {
   readHeights(image, rowAt(offsetY + 1), bottom);
 
   for (int32_t y = 0; y < height; ++y) {
+    // Each pixel's new value depends only on its own old value and the height rows, so the row is
+    // shaded where it lies. Neighbouring pixels often share value and shade: the last result is reused.
     uint32_t* row = image.row(y);
-    std::memcpy(sourceRow_.data(), row, static_cast<size_t>(width) * 4);
+    uint32_t lastSource = 0;
+    int32_t lastShade = -1;
+    uint32_t lastOut = 0;
     const bool rowFlat = !wrap && (y + offsetY < 0 || y + offsetY >= height);
     for (int32_t x = 0; x < width; ++x) {
       int32_t shade = lz_;
       const int64_t column = x + offsetX;
       if (!rowFlat && (wrap || (column >= 0 && column < width))) {
         const int32_t c = wrap ? Wrap(column, width) : static_cast<int32_t>(column);
-        const int32_t l = wrap ? Wrap(c - int64_t{1}, width) : Clamp(c - int64_t{1}, width);
-        const int32_t r = wrap ? Wrap(c + int64_t{1}, width) : Clamp(c + int64_t{1}, width);
+        const int32_t l = wrap ? Wrap(c - int64_t{1}, width) : std::max(c - 1, 0);
+        const int32_t r = wrap ? Wrap(c + int64_t{1}, width) : std::min(c + 1, width - 1);
         const int32_t nx = (top[l] + middle[l] + bottom[l]) - (top[r] + middle[r] + bottom[r]);
         const int32_t ny = (bottom[l] + bottom[c] + bottom[r]) - (top[l] + top[c] + top[r]);
         if (nx != 0 || ny != 0) {
@@ -144,16 +154,20 @@ void BevelFilter::shade(const PixelView& image) {
           }
         }
       }
-      const double f = shade / fullLight_;
-      const uint32_t source = sourceRow_[x];
-      uint32_t out = source & 0xFF000000u;
-      for (int k = 0; k < 3; ++k) {
-        const uint32_t v = static_cast<uint32_t>(((source >> (8 * k)) & 0xFF) * f);
-        out |= std::min(v, 255u) << (8 * k);
+      const uint32_t source = row[x];
+      if (source != lastSource || shade != lastShade) {
+        const double f = shade / fullLight_;
+        uint32_t out = source & 0xFF000000u;
+        for (int k = 0; k < 3; ++k) {
+          const uint32_t v = static_cast<uint32_t>(((source >> (8 * k)) & 0xFF) * f);
+          out |= std::min(v, 255u) << (8 * k);
+        }
+        lastSource = source;
+        lastShade = shade;
+        lastOut = out;
       }
-      outputRow_[x] = out;
+      row[x] = lastOut;
     }
-    std::memcpy(row, outputRow_.data(), static_cast<size_t>(width) * 4);
 
     // Heights two rows ahead come from rows not yet shaded (unless the rows wrap round).
     if (y + 1 < height) {
@@ -186,15 +200,15 @@ void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, i
   } catch (const std::bad_alloc&) {
     return;
   }
+  // The bevel is shaded on a white copy of the stroke, softened so that its edges slope; the stroke as
+  // it was is kept on the way.
   for (size_t y = 0; y < height; ++y) {
-    std::memcpy(&original_[y * width], image.row(static_cast<int32_t>(y)), width * 4);
-  }
-
-  // The bevel is shaded on a white copy of the stroke, softened so that its edges slope.
-  for (int32_t y = 0; y < image.height; ++y) {
-    uint32_t* row = image.row(y);
+    uint32_t* row = image.row(static_cast<int32_t>(y));
+    uint32_t* kept = &original_[y * width];
     for (size_t x = 0; x < width; ++x) {
-      if (row[x] >> 24) row[x] |= 0x00FFFFFFu;
+      const uint32_t v = row[x];
+      kept[x] = v;
+      if (v >> 24) row[x] = v | 0x00FFFFFFu;
     }
   }
   const bool colourOnly[4] = {true, true, true, false};

@@ -68,12 +68,10 @@ class BevelFilter : public EffectObject {
   int32_t unlitShade_ = 0;    // S = strength * sine
   uint8_t profile_[256] = {};
 
-  // Row buffers kept between passes and calls: three height rows, the source row, the output row.
+  // Row buffers kept between passes and calls: three height rows.
   int32_t rowsWidth_ = -1;
   int32_t rowsHeight_ = -1;
   std::vector<int32_t> heightRows_[3];
-  std::vector<uint32_t> sourceRow_;
-  std::vector<uint32_t> outputRow_;
   // The Outline as it was before the border, re-tinted at the end.
   std::vector<uint32_t> original_;
 };

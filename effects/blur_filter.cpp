@@ -19,18 +19,43 @@ constexpr int32_t kColumnBlock = 16;
 
 // Every transparent pixel p takes the colour bytes of the last non-transparent pixel q with
 // p - reach < q <= p + reach, which is what visiting the non-transparent pixels in order and painting
-// each one's colour from `reach` before it to `reach - 1` after it leaves behind. One scan: `last` follows
-// the look-ahead edge p + reach.
+// each one's colour from `reach` before it to `reach - 1` after it leaves behind. Works run by run: in a
+// transparent run, the pixels whose look-ahead edge p + reach stays inside the run can only take the
+// pixel before the run, the rest take the last non-transparent pixel up to their look-ahead edge, which
+// `last` follows. `scanned` only moves forward, so the cost is linear in n at any reach.
 void BleedLine(uint32_t* line, ptrdiff_t n, ptrdiff_t reach) {
   ptrdiff_t last = -1;
   ptrdiff_t scanned = -1;
-  for (ptrdiff_t p = 0; p < n; ++p) {
-    const ptrdiff_t ahead = std::min(p + reach, n - 1);
-    while (scanned < ahead) {
-      ++scanned;
-      if (line[scanned] & kAlpha) last = scanned;
+  ptrdiff_t before = -1;  // the last non-transparent pixel before p
+  ptrdiff_t p = 0;
+  while (p < n) {
+    if (line[p] & kAlpha) {
+      before = p++;
+      continue;
     }
-    if (!(line[p] & kAlpha) && last >= 0 && last > p - reach) line[p] = line[last] & kColour;
+    ptrdiff_t end = p + 1;
+    while (end < n && !(line[end] & kAlpha)) ++end;
+    const ptrdiff_t inside = end == n ? n : std::max(p, end - reach);
+    if (before >= 0) {
+      const uint32_t colour = line[before] & kColour;
+      const ptrdiff_t stop = std::min(inside, before + reach);
+      for (ptrdiff_t q = p; q < stop; ++q) line[q] = colour;
+    }
+    if (inside < end) {
+      if (scanned < end - 1) {
+        scanned = end - 1;
+        last = before;
+      }
+      for (ptrdiff_t q = inside; q < end; ++q) {
+        const ptrdiff_t ahead = std::min(q + reach, n - 1);
+        while (scanned < ahead) {
+          ++scanned;
+          if (line[scanned] & kAlpha) last = scanned;
+        }
+        line[q] = line[last] & kColour;
+      }
+    }
+    p = end;
   }
 }
 
