@@ -85,6 +85,8 @@ void Walk(StampContext& context, int32_t dx, int32_t dy) {
   }
 }
 
+}  // namespace
+
 uint8_t HighestAlpha(const PixelView& image) {
   uint32_t highest = 0;
   for (int32_t y = 0; y < image.height; ++y) {
@@ -94,7 +96,17 @@ uint8_t HighestAlpha(const PixelView& image) {
   return static_cast<uint8_t>(highest);
 }
 
-}  // namespace
+uint8_t StackedAlpha(uint8_t alpha, int64_t layers) {
+  if (layers < 1) return 0;
+  uint32_t stacked = alpha;
+  // Each layer adds at least one unit until the sum stops growing, so this ends within 255 layers.
+  for (int64_t i = 1; i < layers; ++i) {
+    const uint32_t next = ((256u - alpha) * stacked + 256u * alpha) >> 8;
+    if (next == stacked) break;
+    stacked = next;
+  }
+  return static_cast<uint8_t>(stacked);
+}
 
 void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
@@ -119,14 +131,14 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
   platform::ReleaseLockedBlock(handle);
 }
 
-void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX,
-                   uint8_t extrudedShadowColour) {
+void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour,
+                   int32_t densest) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
   if (extrudedShadowColour == 1) {
     Extrude(image, dx, dy, useMMX);
     return;
   }
-  const uint32_t body = uint32_t{HighestAlpha(image)} << 24;
+  const uint32_t body = uint32_t{densest < 0 ? HighestAlpha(image) : static_cast<uint8_t>(densest)} << 24;
   Extrude(image, dx, dy, useMMX);
   for (int32_t y = 0; y < image.height; ++y) {
     uint32_t* row = image.row(y);
@@ -136,9 +148,9 @@ void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX,
   }
 }
 
-void SoftenExtrusion(const PixelView& image, BlurFilter* blur) {
+void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest) {
   if (image.empty() || blur == nullptr) return;
-  const int32_t body = HighestAlpha(image);
+  const int32_t body = densest < 0 ? HighestAlpha(image) : std::min(densest, 255);
   const bool alphaOnly[4] = {false, false, false, true};
   blur->blurChannels(image, 1, 1, alphaOnly, 3);
   // The blur leaves a ramp some six pixels wide across the outline; twice as steep about half the body's

@@ -25,8 +25,10 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX);
 // overlapping stamps build up, as stamps composited over each other do, and a translucent block grows
 // denser towards the glyphs. With any other value the block is one even body: no pixel ends more opaque
 // than the most opaque pixel of the shape before stamping, so a translucent Shadow keeps its alpha all
-// along the block.
-void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour);
+// along the block. `densest` is the shape's highest alpha before stamping when the caller knows it (its
+// image may be only a part of the shape's); -1 measures it in `image`.
+void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour,
+                   int32_t densest = -1);
 
 // Smooths the outline of an extruded block, whose sides the stamps leave stepped (the pipeline calls it
 // after an extrusion with a non-zero offset when the Shadow has no blur level of its own). Alpha only:
@@ -35,7 +37,16 @@ void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, 
 // step: with A the highest alpha of the layer before the blur, each alpha a becomes 2a - A/2 held to
 // [0, A], so the body is solid again up to its outline and the outline is a smooth ramp of about two
 // pixels that stays where the unsmoothed one was. Colour bytes of visible pixels are kept. Does nothing
-// for an empty view or a null blur.
-void SoftenExtrusion(const PixelView& image, BlurFilter* blur);
+// for an empty view or a null blur. `densest` is A when the caller knows it (its image may be only a
+// part of the block); -1 measures it in `image`.
+void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest = -1);
+
+// The highest alpha in `image`; 0 for an empty view.
+uint8_t HighestAlpha(const PixelView& image);
+
+// The alpha where `layers` copies of a shape drawn with alpha `alpha` are laid with BlendOver over
+// one another on a pixel they all cover whole. BlendOver never makes a pixel less opaque and grows with
+// both alphas, so no pixel of an extrusion of that many layers can be denser.
+uint8_t StackedAlpha(uint8_t alpha, int64_t layers);
 
 }  // namespace lx

@@ -45,6 +45,8 @@ constexpr int64_t kEmbossReach = 4;
 constexpr int64_t kBorderBlurReach = 3 * kBorderBlurRadius;
 constexpr int64_t kBorderPassReach = kBorderBlurReach + 1;
 constexpr int64_t kReachSlack = 2;
+// The softening of an extrusion blurs its alpha with radius 1 three times over.
+constexpr int64_t kSoftenReach = 3 * 3;
 
 int64_t BlurReach(uint8_t level) {
   return 3 * int64_t{level};
@@ -130,6 +132,44 @@ void Blur(RenderProcess& process, const PixelBuffer& image, uint8_t level) {
   if (level > 0 && process.blur) process.blur->blur(image.view(), level, level);
 }
 
+// Draws the Shadow's shape into `image`: both layers solid in the Shadow colour and alpha, untextured,
+// unembossed, scaled by (scaleX, scaleY) and moved by (shiftX, shiftY) inside the image. False when
+// memory ran out.
+bool DrawShadowShape(RenderProcess& caller, const WorkGeometry& g, const WorkImage& image, double scaleX,
+                     double scaleY, int64_t shiftX, int64_t shiftY) {
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
+  if (!temp) return false;
+  LayerAreas layout;
+  layout.layout = image.area;
+  const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
+  temp->face.setStartColour(caller.shadowColour, alpha);
+  temp->face.setEndColour(caller.shadowColour, alpha);
+  temp->outline.setStartColour(caller.shadowColour, alpha);
+  temp->outline.setEndColour(caller.shadowColour, alpha);
+
+  Affine& m = temp->glyphMatrix;
+  m.sx = scaleX;
+  m.sy = scaleY;
+  m.tx = static_cast<double>(g.glyphOffsetX) * scaleX + static_cast<double>(shiftX);
+  m.ty = static_cast<double>(g.glyphOffsetY) * scaleY + static_cast<double>(shiftY);
+
+  PixelBuffer& work = image.pixels;
+  if (!g.outline) {
+    Draw(*temp, work.view(), kDrawFace, layout);
+    return true;
+  }
+  // Face and stroke overlap by half the stroke: the Face is laid on the stroke with its alpha held at
+  // the Shadow's, so the overlap is no denser than the rest.
+  PixelBuffer& faceImage = caller.scratch[1];
+  if (!faceImage.reuse(work.width(), work.height())) return false;
+  faceImage.placeAt(work.rect().left, work.rect().top);
+  Draw(*temp, faceImage.view(), kDrawFace, layout);
+  Draw(*temp, work.view(), kDrawOutline, layout);
+  const uint32_t bound = uint32_t{alpha} << 24;
+  BlendOverClamped(faceImage.placed(), work.placed(), bound, bound);
+  return true;
+}
+
 // The Shadow: the shape (the Face with the Outline's stroke) in the Shadow colour and alpha, zoomed about
 // its centre, extruded or blurred, laid at the Shadow offset under everything else.
 void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
@@ -141,62 +181,52 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
                                   zx,           zy,           extruded, caller.shadowBlurLevel};
   ShadowPlan plan;
   if (!PlanShadow(g, placement, output.width(), output.height(), &plan)) return;
-  const bool zoomed = plan.zoomed;
-  const int64_t shiftX = plan.shiftX, shiftY = plan.shiftY;
+  const double scaleX = plan.zoomed ? zx : 1.0, scaleY = plan.zoomed ? zy : 1.0;
 
   // The smoothing of an extrusion without blur scales by the densest pixel of the whole image, which
-  // may lie anywhere in it: that image is kept whole.
+  // may lie anywhere in it. It is drawn cut all the same: when the cut already holds the densest value
+  // that the shape's alpha and the number of stamps allow, the whole image has it too. Only when it
+  // does not is the whole image drawn.
   const bool stamped = extruded && (ox != 0 || oy != 0);
-  int64_t reach = -1;
-  if (!stamped || caller.shadowBlurLevel > 0) {
-    reach = BlurReach(caller.shadowBlurLevel) + kReachSlack;
-    if (stamped) reach += std::max(std::llabs(int64_t{ox}), std::llabs(int64_t{oy}));
-  }
+  const bool softened = stamped && caller.shadowBlurLevel == 0;
+  const int64_t stampReach = stamped ? std::max(std::llabs(int64_t{ox}), std::llabs(int64_t{oy})) : 0;
+  const int64_t reach =
+      (softened ? kSoftenReach : BlurReach(caller.shadowBlurLevel)) + stampReach + kReachSlack;
+  const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
   WorkImage image(caller.scratch[0]);
-  if (!MakeWorkImage(&image, plan.image.width(), plan.image.height(), plan.image.left, plan.image.top, reach,
-                     output)) {
+  auto draw = [&](int64_t keep) {
+    image.area = IntRect{};
+    return MakeWorkImage(&image, plan.image.width(), plan.image.height(), plan.image.left, plan.image.top,
+                         keep, output) &&
+           DrawShadowShape(caller, g, image, scaleX, scaleY, plan.shiftX, plan.shiftY);
+  };
+  if (!draw(reach)) return;
+  PixelBuffer& work = image.pixels;
+
+  if (softened) {
+    int32_t densest = -1;
+    if (!image.area.empty()) {
+      // A cut image: the body before stamping is at most the Shadow's alpha, after stamping at most the
+      // stack of every stamp and the shape itself.
+      const bool even = caller.extrudedShadowColour != 1;
+      if (!even || HighestAlpha(work.view()) == alpha) {
+        ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour, alpha);
+        const uint8_t most = even ? alpha : StackedAlpha(alpha, stampReach + 1);
+        if (HighestAlpha(work.view()) == most) densest = most;
+      }
+      if (densest < 0) {
+        if (!draw(-1)) return;
+        ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+      }
+    } else {
+      ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+    }
+    SoftenExtrusion(work.view(), caller.blur.get(), densest);
+    BlendOver(work.placed(), output.placed());
     return;
   }
-  PixelBuffer& work = image.pixels;
-  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
-  if (!temp) return;
-  LayerAreas layout;
-  layout.layout = image.area;
-
-  // The shape in the Shadow colour: both layers solid, untextured, unembossed.
-  const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
-  temp->face.setStartColour(caller.shadowColour, alpha);
-  temp->face.setEndColour(caller.shadowColour, alpha);
-  temp->outline.setStartColour(caller.shadowColour, alpha);
-  temp->outline.setEndColour(caller.shadowColour, alpha);
-
-  Affine& m = temp->glyphMatrix;
-  const double scaleX = zoomed ? zx : 1.0, scaleY = zoomed ? zy : 1.0;
-  m.sx = scaleX;
-  m.sy = scaleY;
-  m.tx = static_cast<double>(g.glyphOffsetX) * scaleX + static_cast<double>(shiftX);
-  m.ty = static_cast<double>(g.glyphOffsetY) * scaleY + static_cast<double>(shiftY);
-
-  if (g.outline) {
-    // Face and stroke overlap by half the stroke: the Face is laid on the stroke with its alpha held at
-    // the Shadow's, so the overlap is no denser than the rest.
-    PixelBuffer& faceImage = caller.scratch[1];
-    if (!faceImage.reuse(work.width(), work.height())) return;
-    faceImage.placeAt(work.rect().left, work.rect().top);
-    Draw(*temp, faceImage.view(), kDrawFace, layout);
-    Draw(*temp, work.view(), kDrawOutline, layout);
-    const uint32_t bound = uint32_t{alpha} << 24;
-    BlendOverClamped(faceImage.placed(), work.placed(), bound, bound);
-  } else {
-    Draw(*temp, work.view(), kDrawFace, layout);
-  }
-
   if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
-  if (caller.shadowBlurLevel > 0) {
-    Blur(caller, work, caller.shadowBlurLevel);
-  } else if (stamped) {
-    SoftenExtrusion(work.view(), caller.blur.get());
-  }
+  Blur(caller, work, caller.shadowBlurLevel);
   BlendOver(work.placed(), output.placed());
 }
 
