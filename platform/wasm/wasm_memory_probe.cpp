@@ -10,7 +10,7 @@ namespace {
 
 constexpr uintptr_t kWasmPageBytes = 65536;
 
-BOOL IsOutsideLinearMemory(const void* p, uintptr_t n) {
+int IsOutsideLinearMemory(const void* p, uintptr_t n) {
   if (n == 0) return 0;
   if (p == nullptr) return 1;
   const uintptr_t first = reinterpret_cast<uintptr_t>(p);
@@ -20,10 +20,10 @@ BOOL IsOutsideLinearMemory(const void* p, uintptr_t n) {
 
 }  // namespace
 
-BOOL IsBadReadPtr(const void* p, uintptr_t n) {
+int IsBadReadPtr(const void* p, uintptr_t n) {
   return IsOutsideLinearMemory(p, n);
 }
-BOOL IsBadWritePtr(void* p, uintptr_t n) {
+int IsBadWritePtr(void* p, uintptr_t n) {
   return IsOutsideLinearMemory(p, n);
 }
 
