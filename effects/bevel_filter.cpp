@@ -72,16 +72,15 @@ void BevelFilter::configure(const BevelSettings& settings) {
   unlitShade_ = static_cast<int32_t>(s.highlightStrength * sine_);
 }
 
-bool BevelFilter::reserveRows(int32_t width, int32_t height) {
-  if (width == rowsWidth_ && height == rowsHeight_) return true;
+bool BevelFilter::reserveRows(int32_t width) {
+  // Rows only grow, so the narrowing regions of the border's passes reuse them.
+  if (heightRows_[0].size() >= static_cast<size_t>(width)) return true;
   try {
     for (auto& row : heightRows_) row.assign(static_cast<size_t>(width), 0);
   } catch (const std::bad_alloc&) {
-    rowsWidth_ = rowsHeight_ = -1;
+    for (auto& row : heightRows_) std::vector<int32_t>().swap(row);
     return false;
   }
-  rowsWidth_ = width;
-  rowsHeight_ = height;
   return true;
 }
 
@@ -109,7 +108,7 @@ void BevelFilter::readHeights(const PixelView& image, int32_t row, int32_t* heig
 }
 
 void BevelFilter::shade(const PixelView& image) {
-  if (image.empty() || !reserveRows(image.width, image.height)) return;
+  if (image.empty() || !reserveRows(image.width)) return;
   const int32_t width = image.width;
   const int32_t height = image.height;
   const bool wrap = settings_.wrap == 1;
@@ -183,7 +182,8 @@ void BevelFilter::trimScratch(size_t maxBytes) {
 }
 
 void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, int passes,
-                              double azimuthRadians, unsigned blurRadius, BlurFilter* blur) {
+                              double azimuthRadians, unsigned blurRadius, BlurFilter* blur,
+                              const IntRect& keep) {
   if (passes < 1 || image.empty()) return;
   BevelSettings border;
   border.azimuth = azimuthRadians;
@@ -211,11 +211,34 @@ void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, i
       if (v >> 24) row[x] = v | 0x00FFFFFFu;
     }
   }
+  // A pixel of the kept part depends on pixels as far away as the steps still to come reach, and no
+  // further: each step works only on the kept part grown by that much, so a deep border costs what the
+  // kept part needs, not passes times the whole image.
+  const int64_t blurReach = blur != nullptr ? 3 * int64_t{std::min(blurRadius, BlurFilter::kMaxRadius)} : 0;
+  const int64_t passReach = blurReach + 1;
+  const auto reaching = [&](int64_t grow) {
+    if (keep.empty()) return image;
+    const int64_t left = std::max<int64_t>(0, keep.left - grow);
+    const int64_t top = std::max<int64_t>(0, keep.top - grow);
+    const int64_t right = std::min<int64_t>(image.width, keep.right + grow);
+    const int64_t bottom = std::min<int64_t>(image.height, keep.bottom + grow);
+    PixelView part;
+    if (right <= left || bottom <= top) return part;
+    part.pixels = image.pixels + top * image.stride + left * 4;
+    part.width = static_cast<int32_t>(right - left);
+    part.height = static_cast<int32_t>(bottom - top);
+    part.stride = image.stride;
+    return part;
+  };
   const bool colourOnly[4] = {true, true, true, false};
-  if (blur != nullptr) blur->blurChannels(image, blurRadius, blurRadius, colourOnly, 1);
+  if (blur != nullptr) {
+    blur->blurChannels(reaching(blurReach + passReach * passes), blurRadius, blurRadius, colourOnly, 1);
+  }
   for (int i = 0; i < passes; ++i) {
-    shade(image);
-    if (blur != nullptr) blur->blurChannels(image, blurRadius, blurRadius, colourOnly, 1);
+    const int64_t later = passReach * (passes - 1 - i);
+    shade(reaching(later + passReach));
+    if (blur != nullptr)
+      blur->blurChannels(reaching(later + blurReach), blurRadius, blurRadius, colourOnly, 1);
   }
 
   // Mid grey (127) leaves the outline's colour as it was; lighter lifts it, darker lowers it.

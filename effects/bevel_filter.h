@@ -47,8 +47,10 @@ class BevelFilter : public EffectObject {
   // colour-only blur run before and after each pass (the pipeline passes 2). The outline keeps its own
   // colours and alpha, lightened where the bevel faces the light and darkened where it faces away.
   // Does nothing for passes < 1 or an empty view; without a blur object the blur steps are skipped.
+  // `keep` is the part of the image whose pixels must come out right (empty: the whole image); pixels
+  // outside it may be left as anything, which lets the passes skip what cannot reach it.
   void applyBorder(const PixelView& image, double elevationDegrees, int passes, double azimuthRadians,
-                   unsigned blurRadius, BlurFilter* blur);
+                   unsigned blurRadius, BlurFilter* blur, const IntRect& keep = IntRect{});
 
   // Gives back the kept copy of the last image when it holds more than maxBytes.
   void trimScratch(size_t maxBytes);
@@ -57,7 +59,7 @@ class BevelFilter : public EffectObject {
   const uint8_t* profile() const { return profile_; }
 
  private:
-  bool reserveRows(int32_t width, int32_t height);
+  bool reserveRows(int32_t width);
   void readHeights(const PixelView& image, int32_t row, int32_t* heights) const;
 
   BevelSettings settings_;
@@ -69,8 +71,6 @@ class BevelFilter : public EffectObject {
   uint8_t profile_[256] = {};
 
   // Row buffers kept between passes and calls: three height rows.
-  int32_t rowsWidth_ = -1;
-  int32_t rowsHeight_ = -1;
   std::vector<int32_t> heightRows_[3];
   // The Outline as it was before the border, re-tinted at the end.
   std::vector<uint32_t> original_;

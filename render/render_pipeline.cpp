@@ -271,8 +271,16 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
 
   Draw(*temp, work.view(), kDrawOutline, areas);
   if (s.border && caller.bevel) {
+    // Only what the Outline's blur can still carry onto the buffer must come out of the border right.
+    const int64_t grow = BlurReach(caller.outline.blurLevel) + kReachSlack;
+    const IntRect& at = work.rect();
+    const IntRect keep{
+        static_cast<int32_t>(std::max<int64_t>(-grow - at.left, 0)),
+        static_cast<int32_t>(std::max<int64_t>(-grow - at.top, 0)),
+        static_cast<int32_t>(std::min<int64_t>(output.width() + grow - at.left, work.width())),
+        static_cast<int32_t>(std::min<int64_t>(output.height() + grow - at.top, work.height()))};
     caller.bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
-                              kBorderBlurRadius, caller.blur.get());
+                              kBorderBlurRadius, caller.blur.get(), keep);
   }
   Blur(caller, work, caller.outline.blurLevel);
 
