@@ -255,7 +255,10 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   Draw(*temp, work.view(), kDrawFace, areas);
   if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
   Blur(caller, work, caller.face.blurLevel);
-  if (!g.outline) {
+  // An Outline that paints nothing would be replaced by the Face at the end: its drawing, border and
+  // blur are skipped.
+  const bool outlineShows = LayerAlphaEquals(temp->outline, 0) != 1;
+  if (!g.outline || !outlineShows) {
     BlendOver(work.placed(), output.placed());
     return;
   }
@@ -285,15 +288,12 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   Blur(caller, work, caller.outline.blurLevel);
 
   // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
-  // Outline leaves no seam. An Outline that paints nothing is simply replaced.
+  // Outline leaves no seam.
   uint32_t faceColour = temp->face.startColour, outlineColour = temp->outline.startColour;
   const bool faceUniform = UniformLayerColour(temp->face, &faceColour, 0) == 1;
   const bool outlineUniform = UniformLayerColour(temp->outline, &outlineColour, 0) == 1;
   const bool blurred = caller.face.blurLevel > 0 || caller.outline.blurLevel > 0;
-  if (LayerAlphaEquals(temp->outline, 0) == 1) {
-    CopyPixels(reinterpret_cast<uint32_t*>(work.pixels()), reinterpret_cast<const uint32_t*>(face.pixels()),
-               count, s.mmx);
-  } else if (faceUniform && outlineUniform && !blurred) {
+  if (faceUniform && outlineUniform && !blurred) {
     BlendOverClamped(face.placed(), work.placed(), faceColour, outlineColour);
   } else {
     BlendOver(face.placed(), work.placed());
