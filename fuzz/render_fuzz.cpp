@@ -22,13 +22,19 @@ constexpr size_t kCanaryPixels = 64;
 constexpr uint32_t kCanary = 0xA5C3E10Fu;
 constexpr int kSetterCount = 38;
 
-// The argument bytes of one call. A null flag hands the setter null pointers instead.
+// The argument values of one call. Each is read into its named local by a statement of its own
+// before the call: the order in which a call's arguments are evaluated is the compiler's choice, and a
+// saved input must decode the same whichever compiler built the target. A null flag hands the setter
+// null pointers instead.
 struct Args {
   FuzzInput& in;
   bool null;
   template <typename T>
-  const T* Ptr(T* storage) {
+  void Read(T* storage) {
     *storage = in.Value<T>();
+  }
+  template <typename T>
+  const T* Ptr(const T* storage) const {
     return null ? nullptr : storage;
   }
 };
@@ -41,57 +47,96 @@ void CallSetter(RenderHandle* slot, int which, FuzzInput& in, bool null) {
   double d0, d1;
   switch (which) {
     case 0:
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&b2);
+      a.Read(&b3);
       SetColorFaceStart(slot, a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&b2), a.Ptr(&b3));
       break;
     case 1:
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&b2);
+      a.Read(&b3);
       SetColorFaceEnd(slot, a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&b2), a.Ptr(&b3));
       break;
     case 2:
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&b2);
+      a.Read(&b3);
       SetColorOutlineStart(slot, a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&b2), a.Ptr(&b3));
       break;
     case 3:
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&b2);
+      a.Read(&b3);
       SetColorOutlineEnd(slot, a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&b2), a.Ptr(&b3));
       break;
     case 4:
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&b2);
+      a.Read(&b3);
       SetShadowColor(slot, a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&b2), a.Ptr(&b3));
       break;
     case 5:
+      a.Read(&i0);
+      a.Read(&i1);
       SetShadowOffset(slot, a.Ptr(&i0), a.Ptr(&i1));
       break;
     case 6:
+      a.Read(&d0);
+      a.Read(&d1);
       SetShadowZoom(slot, a.Ptr(&d0), a.Ptr(&d1));
       break;
     case 7:
+      a.Read(&b0);
       SetShadowVisible(slot, a.Ptr(&b0));
       break;
     case 8:
+      a.Read(&b0);
       SetDrawShadowOnly(slot, a.Ptr(&b0));
       break;
     case 9:
+      a.Read(&b0);
       SetShadowExtruded(slot, a.Ptr(&b0));
       break;
     case 10:
+      a.Read(&b0);
       SetExtrudedShadowColor(slot, a.Ptr(&b0));
       break;
     case 11:
+      a.Read(&b0);
       SetFaceBlurLevel(slot, a.Ptr(&b0));
       break;
     case 12:
+      a.Read(&b0);
       SetOutlineBlurLevel(slot, a.Ptr(&b0));
       break;
     case 13:
+      a.Read(&b0);
       SetShadowBlurLevel(slot, a.Ptr(&b0));
       break;
     case 14:
+      a.Read(&i0);
       SetFaceFillType(slot, a.Ptr(&i0));
       break;
     case 15:
+      a.Read(&i0);
       SetOutlineFillType(slot, a.Ptr(&i0));
       break;
     case 16:
+      a.Read(&i0);
+      a.Read(&d0);
+      a.Read(&d1);
       SetGradientFace(slot, a.Ptr(&i0), a.Ptr(&d0), a.Ptr(&d1));
       break;
     case 17:
+      a.Read(&i0);
+      a.Read(&d0);
+      a.Read(&d1);
       SetGradientOutline(slot, a.Ptr(&i0), a.Ptr(&d0), a.Ptr(&d1));
       break;
     case 18:
@@ -112,15 +157,25 @@ void CallSetter(RenderHandle* slot, int which, FuzzInput& in, bool null) {
       break;
     }
     case 20:
+      a.Read(&b0);
       SetFaceGradientFitMode(slot, a.Ptr(&b0));
       break;
     case 21:
+      a.Read(&b0);
       SetOutlineGradientFitMode(slot, a.Ptr(&b0));
       break;
     case 22:
+      a.Read(&i0);
+      a.Read(&i1);
+      a.Read(&i2);
+      a.Read(&i3);
       SetFaceUserGradientArea(slot, a.Ptr(&i0), a.Ptr(&i1), a.Ptr(&i2), a.Ptr(&i3));
       break;
     case 23:
+      a.Read(&i0);
+      a.Read(&i1);
+      a.Read(&i2);
+      a.Read(&i3);
       SetOutlineUserGradientArea(slot, a.Ptr(&i0), a.Ptr(&i1), a.Ptr(&i2), a.Ptr(&i3));
       break;
     case 24:
@@ -140,27 +195,41 @@ void CallSetter(RenderHandle* slot, int which, FuzzInput& in, bool null) {
       break;
     }
     case 26:
+      a.Read(&i0);
       SetFaceTextureTiling(slot, a.Ptr(&i0));
       break;
     case 27:
+      a.Read(&i0);
       SetOutlineTextureTiling(slot, a.Ptr(&i0));
       break;
     case 28:
+      a.Read(&d0);
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&b2);
       SetFaceTextureEmbossed(slot, a.Ptr(&d0), a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&b2));
       break;
     case 29:
+      a.Read(&b0);
       EnableFaceEmbossed(slot, a.Ptr(&b0));
       break;
     case 30:
+      a.Read(&b0);
       EnableOutline3DBorder(slot, a.Ptr(&b0));
       break;
     case 31:
+      a.Read(&b0);
+      a.Read(&b1);
+      a.Read(&d0);
       SetOutline3DBorder(slot, a.Ptr(&b0), a.Ptr(&b1), a.Ptr(&d0));
       break;
     case 32:
+      a.Read(&i0);
       SetOutlineThickness(slot, a.Ptr(&i0));
       break;
     case 33:
+      a.Read(&i0);
+      a.Read(&i1);
       SetTranslation(slot, a.Ptr(&i0), a.Ptr(&i1));
       break;
     case 34:
