@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "tests/support/contour_records.h"
+#include "tests/support/deep_border_blocks.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
 
@@ -84,3 +85,18 @@ void BM_RenderOversizedBlurredTriangle(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_RenderOversizedBlurredTriangle)->Unit(benchmark::kMillisecond);
+
+// A fuzzer's block with 60 border passes and the Face embossed into a 64 x 48 buffer: the Outline
+// transparent as found (0) and opaque (1), so that the border itself runs.
+void BM_RenderDeepBorder(benchmark::State& state) {
+  const TextScene scene(lx::test::kDeepBorderBlockC);
+  Image image(64, 48);
+  Process p;
+  p.thickness(6).emboss(1.0, 255, 100, 200).border3D(30, 60, -2.3);
+  if (state.range(0) == 1) p.outline(255, 200, 120, 40);
+  for (auto _ : state) {
+    if (!p.render(scene, image)) state.SkipWithError("Render refused the block");
+    benchmark::DoNotOptimize(image.data());
+  }
+}
+BENCHMARK(BM_RenderDeepBorder)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
