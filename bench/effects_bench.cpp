@@ -78,7 +78,7 @@ void BM_Extrude(benchmark::State& state) {
     state.PauseTiming();
     work = layer;
     state.ResumeTiming();
-    lx::ExtrudeShadow(View(work), offset, offset / 2, true, 1);
+    lx::ExtrudeShadow(View(work), offset, offset / 2, 1);
     benchmark::DoNotOptimize(work.data());
   }
   state.SetItemsProcessed(state.iterations() * kWidth * kHeight);

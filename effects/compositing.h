@@ -4,12 +4,13 @@
 
 #include <cstdint>
 
+#include "effects/kernel_path.h"
 #include "image/pixel_view.h"
 
 namespace lx {
 
 // Source over target where their rectangles overlap; the target's alpha never exceeds 255.
-void BlendOver(const PlacedView& source, const PlacedView& target);
+void BlendOver(const PlacedView& source, const PlacedView& target, KernelPath path = KernelPath::kWide);
 
 // As BlendOver with the saturating alpha law; the result alpha is held between the alpha bytes
 // (bits 24-31) of the two colours.

@@ -108,7 +108,7 @@ uint8_t StackedAlpha(uint8_t alpha, int64_t layers) {
   return static_cast<uint8_t>(stacked);
 }
 
-void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
+void Extrude(const PixelView& image, int32_t dx, int32_t dy) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
   const uint64_t count = static_cast<uint64_t>(image.width) * static_cast<uint64_t>(image.height);
   if (count > SIZE_MAX / 4) return;
@@ -118,9 +118,9 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
 
   const size_t width = static_cast<size_t>(image.width);
   if (static_cast<size_t>(image.stride) == width * 4) {
-    CopyPixels(copy, image.row(0), static_cast<size_t>(count), useMMX);
+    CopyPixels(copy, image.row(0), static_cast<size_t>(count));
   } else {
-    for (int32_t y = 0; y < image.height; ++y) CopyPixels(copy + y * width, image.row(y), width, useMMX);
+    for (int32_t y = 0; y < image.height; ++y) CopyPixels(copy + y * width, image.row(y), width);
   }
   StampContext context;
   context.copy.view = {reinterpret_cast<uint8_t*>(copy), image.width, image.height, image.width * 4};
@@ -131,15 +131,15 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX) {
   platform::ReleaseLockedBlock(handle);
 }
 
-void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour,
+void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, uint8_t extrudedShadowColour,
                    int32_t densest) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
   if (extrudedShadowColour == 1) {
-    Extrude(image, dx, dy, useMMX);
+    Extrude(image, dx, dy);
     return;
   }
   const uint32_t body = uint32_t{densest < 0 ? HighestAlpha(image) : static_cast<uint8_t>(densest)} << 24;
-  Extrude(image, dx, dy, useMMX);
+  Extrude(image, dx, dy);
   for (int32_t y = 0; y < image.height; ++y) {
     uint32_t* row = image.row(y);
     for (int32_t x = 0; x < image.width; ++x) {

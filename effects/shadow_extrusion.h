@@ -17,9 +17,8 @@ class BlurFilter;
 // the first, never an already stamped result. Stamps that cannot reach the layer are skipped without
 // drawing or reading anything, so the time follows the stamps that can, not the length of the offset.
 // The copy comes from movable global memory and is freed before returning; when it cannot be had, the
-// layer is left as it is. Nothing happens for an empty view or (0, 0). useMMX only picks how the copy
-// is made.
-void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX);
+// layer is left as it is. Nothing happens for an empty view or (0, 0).
+void Extrude(const PixelView& image, int32_t dx, int32_t dy);
 
 // The extrusion as the Shadow pass applies it. With extrudedShadowColour 1 (the default setting) the
 // overlapping stamps build up, as stamps composited over each other do, and a translucent block grows
@@ -27,7 +26,7 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy, bool useMMX);
 // than the most opaque pixel of the shape before stamping, so a translucent Shadow keeps its alpha all
 // along the block. `densest` is the shape's highest alpha before stamping when the caller knows it (its
 // image may be only a part of the shape's); -1 measures it in `image`.
-void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, bool useMMX, uint8_t extrudedShadowColour,
+void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, uint8_t extrudedShadowColour,
                    int32_t densest = -1);
 
 // Smooths the outline of an extruded block, whose sides the stamps leave stepped (the pipeline calls it

@@ -5,15 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "effects/kernel_path.h"
+
 namespace lx {
-
-enum class KernelPath {
-  kScalar,  // plain integer arithmetic, every processor
-  kWide,    // SSE2 where the build has it, otherwise the same as kScalar; identical results
-};
-
-// Whether kWide is more than kScalar in this build.
-bool HasWideKernels();
 
 // AGG's stack blur of src[0..n) with radius r (1..254), edge pixels repeated: each output is the sum of
 // the window weighted 1, 2, ..., r + 1, ..., 2, 1, times AGG's table multiplier for r, shifted by its

@@ -79,28 +79,14 @@ bool CopyRectangle(const PlacedView& source, const PlacedView& destination, Copy
   return true;
 }
 
-void CopyPixels(uint32_t* destination, const uint32_t* source, size_t count, bool useMMX) {
+void CopyPixels(uint32_t* destination, const uint32_t* source, size_t count) {
   if (destination == nullptr || source == nullptr || count == 0) return;
-  size_t i = 0;
-  if (useMMX && count >= 2) {
-    // Two pixels per 8-byte move; memcpy keeps it legal for blocks aligned only to 4 bytes.
-    for (; i + 2 <= count; i += 2) {
-      uint64_t pair;
-      std::memcpy(&pair, source + i, sizeof pair);
-      std::memcpy(destination + i, &pair, sizeof pair);
-    }
-  }
-  for (; i < count; ++i) destination[i] = source[i];
+  std::memcpy(destination, source, count * sizeof(uint32_t));
 }
 
-void ClearPixels(uint32_t* destination, size_t count, bool useMMX) {
+void ClearPixels(uint32_t* destination, size_t count) {
   if (destination == nullptr || count == 0) return;
-  size_t i = 0;
-  if (useMMX && count >= 2) {
-    const uint64_t zero = 0;
-    for (; i + 2 <= count; i += 2) std::memcpy(destination + i, &zero, sizeof zero);
-  }
-  for (; i < count; ++i) destination[i] = 0;
+  std::memset(destination, 0, count * sizeof(uint32_t));
 }
 
 }  // namespace lx

@@ -33,7 +33,6 @@ struct CallSettings {
   WorkGeometry geometry;
   bool border = false;  // the Outline's 3D border, after the checks of this call
   int64_t translateX = 0, translateY = 0;
-  bool mmx = false;
 };
 
 // How far the effects after the drawing carry a pixel sideways, so how far beyond the caller's buffer a
@@ -210,22 +209,22 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
       // stack of every stamp and the shape itself.
       const bool even = caller.extrudedShadowColour != 1;
       if (!even || HighestAlpha(work.view()) == alpha) {
-        ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour, alpha);
+        ExtrudeShadow(work.view(), ox, oy, caller.extrudedShadowColour, alpha);
         const uint8_t most = even ? alpha : StackedAlpha(alpha, stampReach + 1);
         if (HighestAlpha(work.view()) == most) densest = most;
       }
       if (densest < 0) {
         if (!draw(-1)) return;
-        ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+        ExtrudeShadow(work.view(), ox, oy, caller.extrudedShadowColour);
       }
     } else {
-      ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+      ExtrudeShadow(work.view(), ox, oy, caller.extrudedShadowColour);
     }
     SoftenExtrusion(work.view(), caller.blur.get(), densest);
     BlendOver(work.placed(), output.placed());
     return;
   }
-  if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+  if (stamped) ExtrudeShadow(work.view(), ox, oy, caller.extrudedShadowColour);
   Blur(caller, work, caller.shadowBlurLevel);
   BlendOver(work.placed(), output.placed());
 }
@@ -269,8 +268,8 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   face.placeAt(work.rect().left, work.rect().top);
   const size_t count = static_cast<size_t>(work.width()) * static_cast<size_t>(work.height());
   CopyPixels(reinterpret_cast<uint32_t*>(face.pixels()), reinterpret_cast<const uint32_t*>(work.pixels()),
-             count, s.mmx);
-  ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count, s.mmx);
+             count);
+  ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count);
 
   Draw(*temp, work.view(), kDrawOutline, areas);
   if (s.border && caller.bevel) {
@@ -322,7 +321,6 @@ bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, 
   process.glyphMatrix.transform(&tx, &ty);
   s.translateX = TruncatePosition(tx);
   s.translateY = TruncatePosition(ty);
-  s.mmx = process.hasMMX != 0;
 
   PixelBuffer output;
   output.wrap(buffer, width, height);

@@ -31,7 +31,6 @@ uint8_t FlagSetter(uint8_t* field, const uint8_t* value) {
 RenderProcess::RenderProcess() noexcept {
   face.startColour = 0xFFFFFFFFu;
   face.endColour = 0xFFFFFFFFu;
-  hasMMX = platform::HasMMX() ? 1 : 0;
 
   // Released in this same order by the destructor. A failed allocation leaves its pointer null, which
   // every user tests for: the process itself stays usable.

@@ -88,7 +88,6 @@ class RenderProcess {
   std::unique_ptr<ChannelTint> tint;
   std::unique_ptr<BlurFilter> blur;
   std::unique_ptr<ToneTables> tones;
-  uint8_t hasMMX = 0;
 
   // The outline decoded by the last Render.
   OutlinePath path;

@@ -63,17 +63,17 @@ TestImage Dots(int32_t w, int32_t h, unsigned seed) {
 }
 
 TestImage Extruded(TestImage image, int32_t dx, int32_t dy) {
-  Extrude(image.view(), dx, dy, true);
+  Extrude(image.view(), dx, dy);
   return image;
 }
 
 TEST(Extrude, NoOffsetOrNoImageChangesNothing) {
   TestImage image = RandomImage(12, 9, 1, 0.5);
   EXPECT_EQ(Extruded(image, 0, 0).pixels, image.pixels);
-  Extrude(PixelView{}, 4, 4, false);
+  Extrude(PixelView{}, 4, 4);
   PixelView flat = image.view();
   flat.width = 0;
-  Extrude(flat, 4, 4, false);
+  Extrude(flat, 4, 4);
 }
 
 TEST(Extrude, HorizontalOffsetStampsAtEachStepBackToTheGlyphs) {
@@ -157,7 +157,7 @@ TEST(Extrude, NeverTouchesMemoryOutsideTheLayer) {
   middle.height = 10;
   for (auto offset : {std::make_pair(3, 4), std::make_pair(-25, 2), std::make_pair(kMax, kMin),
                       std::make_pair(19, -9), std::make_pair(-20, -10)}) {
-    Extrude(middle, offset.first, offset.second, false);
+    Extrude(middle, offset.first, offset.second);
   }
   for (int32_t y = 0; y < 20; ++y) {
     for (int32_t x = 0; x < 30; ++x) {
@@ -173,14 +173,14 @@ TEST(ExtrudeShadow, DefaultColouringBuildsUpAndTheOtherKeepsTheShadowAlpha) {
   shape.at(6, 2) = Pixel(30, 30, 30, 70);  // an antialiased edge pixel
 
   TestImage layered = shape;
-  ExtrudeShadow(layered.view(), 8, 0, false, 1);
+  ExtrudeShadow(layered.view(), 8, 0, 1);
   EXPECT_EQ(layered.pixels, Extruded(shape, 8, 0).pixels);
   // Where stamps overlap, a translucent block builds up towards the glyphs.
   EXPECT_GT(Byte(layered.at(9, 2), 3), 140);
   EXPECT_GT(Byte(layered.at(9, 2), 3), Byte(layered.at(13, 2), 3));
 
   TestImage solid = shape;
-  ExtrudeShadow(solid.view(), 8, 0, false, 0);
+  ExtrudeShadow(solid.view(), 8, 0, 0);
   for (int32_t y = 0; y < 6; ++y) {
     for (int32_t x = 0; x < 24; ++x) {
       const uint32_t built = layered.at(x, y);

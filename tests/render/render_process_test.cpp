@@ -60,14 +60,13 @@ TEST(RenderProcessDefaults, FreshProcessHoldsTheDocumentedDefaults) {
   EXPECT_EQ(y, 3.0);
 }
 
-TEST(RenderProcessDefaults, OwnsItsEffectObjectsAndTheProcessorFlag) {
+TEST(RenderProcessDefaults, OwnsItsEffectObjects) {
   RenderProcess p;
   EXPECT_NE(p.bevel, nullptr);
   ASSERT_NE(p.emboss, nullptr);
   ASSERT_NE(p.tint, nullptr);
   EXPECT_NE(p.blur, nullptr);
   EXPECT_NE(p.tones, nullptr);
-  EXPECT_EQ(p.hasMMX, platform::HasMMX() ? 1 : 0);
   // Until the emboss setter is called the light keeps its own azimuth; the tint starts from the
   // process's light factors.
   EXPECT_EQ(p.emboss->azimuth(), 135.0);
