@@ -3,9 +3,8 @@
 // out of it.
 #include "render/render_pipeline.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 

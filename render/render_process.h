@@ -22,7 +22,8 @@ class ChannelTint;
 class BlurFilter;
 class ToneTables;
 
-// The effect settings are inherited so that they are copied as one plain value (copySettingsFrom).
+// The effect settings are inherited so that they are copied as one plain value (copySettingsFrom). A new
+// setting belongs in EffectSettings or in the layers' FillStyle: a member of its own here is not copied.
 class RenderProcess : public EffectSettings {
  public:
   RenderProcess() noexcept;
