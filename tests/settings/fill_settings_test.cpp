@@ -239,21 +239,14 @@ TEST(FillCopy, CopiesEverythingButTheTexture) {
 
   EXPECT_TRUE(b.copySettingsFrom(a));
   EXPECT_EQ(b.texture, nullptr);
-  EXPECT_EQ(b.startColour, 0x04010203u);
-  EXPECT_EQ(b.endColour, 0x08050607u);
   EXPECT_EQ(b.gradientColours, Colours({1, 2, 3}));
   EXPECT_EQ(b.gradientStops, Colours({4, 5, 6}));
-  EXPECT_EQ(b.useGradientTable, 1);
-  EXPECT_EQ(b.gradientType, 2);
-  EXPECT_EQ(b.gradientFrom, 0.1);
-  EXPECT_EQ(b.gradientTo, 0.9);
-  EXPECT_EQ(b.gradientAngle, 1.0);
-  EXPECT_EQ(b.fillType, 1);
-  EXPECT_EQ(b.textureTiling, 0);
-  EXPECT_EQ(b.gradientFitMode, 9);
-  EXPECT_EQ(b.userGradientArea.right, 3);
-  EXPECT_EQ(b.userGradientArea.bottom, 4);
-  EXPECT_EQ(b.blurLevel, 17);
+  EXPECT_EQ((std::vector<double>{double(b.startColour), double(b.endColour), double(b.useGradientTable),
+                                 double(b.gradientType), b.gradientFrom, b.gradientTo, b.gradientAngle,
+                                 double(b.fillType), double(b.textureTiling), double(b.gradientFitMode),
+                                 double(b.userGradientArea.right), double(b.userGradientArea.bottom),
+                                 double(b.blurLevel)}),
+            (std::vector<double>{0x04010203u, 0x08050607u, 1, 2, 0.1, 0.9, 1.0, 1, 0, 9, 3, 4, 17}));
   EXPECT_FALSE(b.textureInUse());
   EXPECT_TRUE(a.textureInUse());
 }
