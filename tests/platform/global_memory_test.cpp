@@ -24,7 +24,10 @@ TEST(GlobalMemory, FixedZeroInitBlockIsItsOwnAddress) {
   EXPECT_TRUE(AllZero(h, 1000));
   std::memset(h, 0xAB, 1000);
   EXPECT_EQ(GlobalFree(h), nullptr);
-  EXPECT_EQ(GlobalFree(h), h);  // a freed handle is refused
+  MemoryHandle freed = GlobalAlloc(kGmemFixed, 32);
+  ASSERT_NE(freed, nullptr);
+  ASSERT_EQ(GlobalFree(freed), nullptr);
+  EXPECT_EQ(GlobalFree(freed), freed);
 }
 
 TEST(GlobalMemory, MovableBlockCountsLocksUpTo255) {
