@@ -4,7 +4,7 @@
 #include <array>
 #include <climits>
 
-#include "platform/portable_rect.h"
+#include "tests/support/portable_rect.h"
 
 namespace lx::portable {
 namespace {
