@@ -101,9 +101,8 @@ TEST_F(RenderScene, TranslucentFaceShowsTheStrokeBeneathItsInnerHalf) {
   Process p;
   p.face(128, 255, 255, 255).outline(255, 0, 0, 0).thickness(3).shadowVisible(0);
   const Image out = Draw(p, kGround);
-  const auto face = face_;
-  const auto strokeUnderFace = Both(face, DeepInside(StrokeMask(3), 1));
-  const auto faceOnly = Both(face, FarOutside(StrokeMask(3), 0));
+  const auto strokeUnderFace = Both(face_, DeepInside(StrokeMask(3), 1));
+  const auto faceOnly = Both(face_, FarOutside(StrokeMask(3), 0));
   ASSERT_GT(strokeUnderFace.size(), 50u);
   ASSERT_GT(faceOnly.size(), 50u);
   // Over the black stroke the white Face is darker than over the grey ground.
@@ -118,7 +117,7 @@ TEST_F(RenderScene, TransparentOutlineLeavesTheFaceAsItIsWithoutOne) {
   EXPECT_EQ(Draw(clear, kGround), Draw(none, kGround));
 }
 
-TEST_F(RenderScene, ShadowOnlyDrawsTheShadowAndNothingElse) {
+TEST_F(RenderScene, ShadowOnlyDrawsTheShadowAndNothingElseUnlessItIsHidden) {
   Process p;
   p.face(255, 200, 0, 0).outline(255, 0, 200, 0).thickness(2).shadow(255, 0, 0, 200).shadowOffset(5, 5);
   p.shadowOnly(1);
@@ -129,9 +128,7 @@ TEST_F(RenderScene, ShadowOnlyDrawsTheShadowAndNothingElse) {
     ASSERT_LE(Green(px), Green(kGround)) << "no Outline";
   }
   EXPECT_GT(out.countOther(kGround), 800u);
-}
-
-TEST_F(RenderScene, InvisibleOrTransparentShadowDrawsNothingEvenAlone) {
+  // Invisible or transparent, it draws nothing even alone.
   Process hidden;
   hidden.shadow(255, 0, 0, 200).shadowOffset(5, 5).shadowVisible(0).shadowOnly(1);
   EXPECT_EQ(Draw(hidden, kGround).countOther(kGround), 0u);
