@@ -5,6 +5,7 @@
 
 #include "lettrix/lettrix.h"
 #include "render/render_process.h"
+#include "tests/support/contour_records.h"
 #include "tests/support/guard_pages.h"
 #include "tests/support/scene.h"
 
@@ -97,12 +98,16 @@ TEST_F(CallerMemory, ColourTablesFromBadMemoryFailAndStoreNothing) {
 }
 
 TEST_F(CallerMemory, RenderChecksTheBufferOverItsWholeSizeAndFollowsNoPointerEarly) {
-  const lx::test::TextScene text("Hg", 24, 2, 20);
+  // A square over the whole buffer: a Render that went ahead would write every pixel.
+  lx::test::ContourRecords square;
+  lx::test::AddSquare(&square, -8, -8, 40);
+  const lx::test::TextScene text(square.bytes());
   const int32_t four = 4, zero = 0, huge = 0x40000000, wide = 0x40000001, one = 1, big = 65536;
   uint32_t* writable = endingAt(1, 16);
   for (int i = 0; i < 16; ++i) writable[i] = 0x5A5A5A5Au;
-  // A buffer one pixel short of writable, a read-only one, and sizes whose byte count wraps in 32 bits.
-  EXPECT_FALSE(Render(&slot_, text.block(), &four, &four, endingAt(2, 16, 1)));
+  // A buffer whose last pixel is read-only, a wholly read-only one, and sizes whose byte count wraps in 32
+  // bits.
+  EXPECT_FALSE(Render(&slot_, text.block(), &four, &four, endingAt(1, 16, 1)));
   EXPECT_FALSE(Render(&slot_, text.block(), &four, &four, endingAt(2, 16)));
   EXPECT_FALSE(Render(&slot_, text.block(), &huge, &huge, writable));
   EXPECT_FALSE(Render(&slot_, text.block(), &huge, &four, writable));
