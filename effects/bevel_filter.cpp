@@ -77,8 +77,10 @@ bool BevelFilter::reserveRows(int32_t width) {
   if (heightRows_[0].size() >= static_cast<size_t>(width)) return true;
   try {
     for (auto& row : heightRows_) row.assign(static_cast<size_t>(width), 0);
+    for (auto& row : columnRows_) row.assign(static_cast<size_t>(width) + 2, 0);
   } catch (const std::bad_alloc&) {
     for (auto& row : heightRows_) std::vector<int32_t>().swap(row);
+    for (auto& row : columnRows_) std::vector<int32_t>().swap(row);
     return false;
   }
   return true;
@@ -119,41 +121,57 @@ void BevelFilter::shade(const PixelView& image) {
   int32_t* top = heightRows_[0].data();
   int32_t* middle = heightRows_[1].data();
   int32_t* bottom = heightRows_[2].data();
+  // Column c's three heights summed (for the slope across) and bottom minus top (for the slope down),
+  // at index c + 1, with the neighbour each edge takes (the edge itself, or the other edge when the
+  // rows wrap) at 0 and width + 1.
+  int32_t* sums = columnRows_[0].data();
+  int32_t* falls = columnRows_[1].data();
+  int32_t* shades = columnRows_[2].data();
   readHeights(image, rowAt(offsetY - 1), top);
   readHeights(image, rowAt(offsetY), middle);
   readHeights(image, rowAt(offsetY + 1), bottom);
 
+  // Which pixels take their light from a column (the rest are lit as flat ground), and from which.
+  const int32_t firstLit = wrap ? 0 : static_cast<int32_t>(std::clamp<int64_t>(-offsetX, 0, width));
+  const int32_t endLit = wrap ? width : static_cast<int32_t>(std::clamp<int64_t>(width - offsetX, 0, width));
+  const int32_t firstColumn = wrap ? Wrap(offsetX, width) : static_cast<int32_t>(firstLit + offsetX);
+
   for (int32_t y = 0; y < height; ++y) {
-    // Each pixel's new value depends only on its own old value and the height rows, so the row is
-    // shaded where it lies. Neighbouring pixels often share value and shade: the last result is reused.
+    const bool rowFlat = !wrap && (y + offsetY < 0 || y + offsetY >= height);
+    std::fill(shades, shades + width, lz_);
+    if (!rowFlat) {
+      for (int32_t c = 0; c < width; ++c) {
+        sums[c + 1] = top[c] + middle[c] + bottom[c];
+        falls[c + 1] = bottom[c] - top[c];
+      }
+      sums[0] = wrap ? sums[width] : sums[1];
+      falls[0] = wrap ? falls[width] : falls[1];
+      sums[width + 1] = wrap ? sums[1] : sums[width];
+      falls[width + 1] = wrap ? falls[1] : falls[width];
+      int32_t c = firstColumn;
+      int32_t lastNx = 0, lastNy = 0, lastShade = lz_;
+      for (int32_t x = firstLit; x < endLit; ++x, ++c) {
+        if (c == width) c = 0;
+        const int32_t nx = sums[c] - sums[c + 2];
+        const int32_t ny = falls[c] + falls[c + 1] + falls[c + 2];
+        if (nx != lastNx || ny != lastNy) {
+          lastNx = nx;
+          lastNy = ny;
+          lastShade = lightAt(nx, ny);
+        }
+        shades[x] = lastShade;
+      }
+    }
+
+    // Each pixel's new value depends only on its own old value and its shade, so the row is shaded where
+    // it lies. Neighbouring pixels often share value and shade: the last result is reused.
     uint32_t* row = image.row(y);
     uint32_t lastSource = 0;
     int32_t lastShade = -1;
     uint32_t lastOut = 0;
-    const bool rowFlat = !wrap && (y + offsetY < 0 || y + offsetY >= height);
     for (int32_t x = 0; x < width; ++x) {
-      int32_t shade = lz_;
-      const int64_t column = x + offsetX;
-      if (!rowFlat && (wrap || (column >= 0 && column < width))) {
-        const int32_t c = wrap ? Wrap(column, width) : static_cast<int32_t>(column);
-        const int32_t l = wrap ? Wrap(c - int64_t{1}, width) : std::max(c - 1, 0);
-        const int32_t r = wrap ? Wrap(c + int64_t{1}, width) : std::min(c + 1, width - 1);
-        const int32_t nx = (top[l] + middle[l] + bottom[l]) - (top[r] + middle[r] + bottom[r]);
-        const int32_t ny = (bottom[l] + bottom[c] + bottom[r]) - (top[l] + top[c] + top[r]);
-        if (nx != 0 || ny != 0) {
-          const int32_t nDotL = ly_ * ny + lx_ * nx + nzlz_;
-          if (nDotL < 0) {
-            shade = unlitShade_;
-          } else {
-            shade = static_cast<int32_t>(nDotL / std::sqrt(static_cast<double>(ny * ny + nx * nx + nz2_)));
-            if (highlight_ != 0.0) {
-              const int32_t extra = static_cast<int32_t>((fullLight_ - shade) * highlight_);
-              if (extra >= 1) shade += extra;
-            }
-          }
-        }
-      }
       const uint32_t source = row[x];
+      const int32_t shade = shades[x];
       if (source != lastSource || shade != lastShade) {
         const double f = shade / fullLight_;
         uint32_t out = source & 0xFF000000u;
@@ -175,6 +193,18 @@ void BevelFilter::shade(const PixelView& image) {
       readHeights(image, rowAt(y + offsetY + 2), bottom);
     }
   }
+}
+
+int32_t BevelFilter::lightAt(int32_t nx, int32_t ny) const {
+  if (nx == 0 && ny == 0) return lz_;
+  const int32_t nDotL = ly_ * ny + lx_ * nx + nzlz_;
+  if (nDotL < 0) return unlitShade_;
+  int32_t shade = static_cast<int32_t>(nDotL / std::sqrt(static_cast<double>(ny * ny + nx * nx + nz2_)));
+  if (highlight_ != 0.0) {
+    const int32_t extra = static_cast<int32_t>((fullLight_ - shade) * highlight_);
+    if (extra >= 1) shade += extra;
+  }
+  return shade;
 }
 
 void BevelFilter::trimScratch(size_t maxBytes) {

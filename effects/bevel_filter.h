@@ -60,6 +60,8 @@ class BevelFilter : public EffectObject {
 
  private:
   bool reserveRows(int32_t width);
+  // The light on a pixel whose height field slopes by nx across and ny down.
+  int32_t lightAt(int32_t nx, int32_t ny) const;
   void readHeights(const PixelView& image, int32_t row, int32_t* heights) const;
 
   BevelSettings settings_;
@@ -72,6 +74,8 @@ class BevelFilter : public EffectObject {
 
   // Row buffers kept between passes and calls: three height rows.
   std::vector<int32_t> heightRows_[3];
+  // The column sums and falls of the middle height row, and the shade of each of its pixels.
+  std::vector<int32_t> columnRows_[3];
   // The Outline as it was before the border, re-tinted at the end.
   std::vector<uint32_t> original_;
 };
