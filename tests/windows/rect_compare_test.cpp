@@ -21,11 +21,9 @@ Rect ToPortable(const RECT& r) {
               static_cast<int32_t>(r.bottom)};
 }
 
-void ExpectSame(const RECT& real, const Rect& portable) {
-  EXPECT_EQ(portable.left, real.left);
-  EXPECT_EQ(portable.top, real.top);
-  EXPECT_EQ(portable.right, real.right);
-  EXPECT_EQ(portable.bottom, real.bottom);
+void ExpectSame(const RECT& real, const Rect& p) {
+  EXPECT_EQ((std::vector<LONG>{p.left, p.top, p.right, p.bottom}),
+            (std::vector<LONG>{real.left, real.top, real.right, real.bottom}));
 }
 
 const std::vector<int> kValues = {INT_MIN, INT_MIN + 1, -100000, -7,     -1,          0,
