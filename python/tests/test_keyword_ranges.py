@@ -175,22 +175,19 @@ def test_outline_block_takes_the_ends_of_its_ranges_and_refuses_just_outside(nam
 # Process's setters take the library's argument types: (method, a valid call, the position of a byte or
 # 32-bit argument, its name, the type). Each is checked at both ends and just outside.
 BYTE, INT32 = (0, 255), (-(2**31), 2**31 - 1)
+ONE_BYTE = ("set_shadow_visible:on set_draw_shadow_only:on set_shadow_extruded:on set_extruded_shadow_color:value "
+            "set_face_blur_level:level set_outline_blur_level:level set_shadow_blur_level:level "
+            "set_face_gradient_fit_mode:mode set_outline_gradient_fit_mode:mode enable_face_embossed:on "
+            "enable_outline_3d_border:on")
+ONE_INT32 = ("set_face_fill_type:type set_outline_fill_type:type set_face_texture_tiling:mode "
+             "set_outline_texture_tiling:mode set_outline_thickness:thickness set_gradient_face:type "
+             "set_gradient_outline:type")
+COLOURS = "set_color_face_start set_color_face_end set_color_outline_start set_color_outline_end set_shadow_color"
 PROCESS_ARGUMENTS = (
-    [(m, (0,), 0, a, BYTE) for m, a in [
-        ("set_shadow_visible", "on"), ("set_draw_shadow_only", "on"), ("set_shadow_extruded", "on"),
-        ("set_extruded_shadow_color", "value"), ("set_face_blur_level", "level"),
-        ("set_outline_blur_level", "level"), ("set_shadow_blur_level", "level"),
-        ("set_face_gradient_fit_mode", "mode"), ("set_outline_gradient_fit_mode", "mode"),
-        ("enable_face_embossed", "on"), ("enable_outline_3d_border", "on")]]
-    + [(m, (0,), 0, a, INT32) for m, a in [
-        ("set_face_fill_type", "type"), ("set_outline_fill_type", "type"), ("set_face_texture_tiling", "mode"),
-        ("set_outline_texture_tiling", "mode"), ("set_outline_thickness", "thickness"),
-        ("set_gradient_face", "type"), ("set_gradient_outline", "type")]]
-    + [(m, (0, 0, 0, 0), i, a, BYTE) for m in ("set_color_face_start", "set_color_face_end",
-                                                "set_color_outline_start", "set_color_outline_end",
-                                                "set_shadow_color")
-       for i, a in enumerate(("alpha", "red", "green", "blue"))]
-    + [(m, (0, 0), i, a, INT32) for m, names in [("set_shadow_offset", ("x", "y")), ("set_translation", ("dx", "dy"))]
+    [(m, (0,), 0, a, BYTE) for m, a in (w.split(":") for w in ONE_BYTE.split())]
+    + [(m, (0,), 0, a, INT32) for m, a in (w.split(":") for w in ONE_INT32.split())]
+    + [(m, (0, 0, 0, 0), i, a, BYTE) for m in COLOURS.split() for i, a in enumerate(("alpha", "red", "green", "blue"))]
+    + [(m, (0, 0), i, a, INT32) for m, names in (("set_shadow_offset", "xy"), ("set_translation", ("dx", "dy")))
        for i, a in enumerate(names)]
     + [(m, (0, 0, 0, 0), i, a, INT32) for m in ("set_face_user_gradient_area", "set_outline_user_gradient_area")
        for i, a in enumerate(("left", "top", "right", "bottom"))]

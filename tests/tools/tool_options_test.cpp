@@ -35,14 +35,8 @@ std::string UsageMessage(const std::vector<std::string>& args, const ProgramInfo
 
 TEST(ToolOptions, MistakesAreUsageErrors) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
-      {{"-o", "a.png"}, "no text given"},
       {{"-o", "a.png", "--text", "A", "B"}, "given twice"},
       {{"-o", "a.png", "--text", ""}, "empty"},
-      {{"A"}, "no output file"},
-      {{"A", "-o", "a.jpg"}, "must end in .png or .tga"},
-      {{"A", "-o", "a.png", "--bogus"}, "unknown option '--bogus'"},
-      {{"A", "-o", "a.png", "--size"}, "needs a value"},
-      {{"A", "-o", "a.png", "--preset", "nope"}, "no preset named 'nope'"},
   };
   for (const auto& [args, message] : cases) {
     EXPECT_NE(UsageMessage(args).find(message), std::string::npos) << message;
