@@ -16,7 +16,8 @@ inline uint32_t SwapRedBlue(uint32_t v) {
   return (v & 0xFF00FF00u) | ((v & 0xFFu) << 16) | ((v >> 16) & 0xFFu);
 }
 
-// Swaps row k with row height - 1 - k; false when the block fails the memory check.
+// Swaps row k with row height - 1 - k of a block of width x height pixels, which must be readable and
+// writable; false for a null block or a size below 1.
 bool FlipVertically(void* pixels, int32_t width, int32_t height);
 
 enum class CopyMode { kCopy, kAlphaMask, kBlend };

@@ -74,6 +74,61 @@ struct ExtrudedShadow {
 // (with room for a blur of blurLevel); false when it stays too costly to draw.
 bool CutExtrudedShadow(ExtrudedShadow* e, int32_t outputWidth, int32_t outputHeight, uint8_t blurLevel);
 
+// How far the effects after the drawing carry a pixel sideways, so how far beyond the caller's buffer a
+// work image must reach for every pixel that lands on the buffer to come out as over the whole image.
+// A blur of radius r averages r pixels each way of colours bled 2r further (3r); the emboss bleeds 2 and
+// reads 2 columns away; the 3D border blurs with radius 2 (6) before its passes and after each shading,
+// which reads one neighbour (7 a pass).
+constexpr int32_t kEmbossBleed = 2;
+constexpr unsigned kBorderBlurRadius = 2;
+constexpr int64_t kEmbossReach = kEmbossBleed + 2;
+constexpr int64_t kBorderBlurReach = 3 * kBorderBlurRadius;
+constexpr int64_t kBorderPassReach = kBorderBlurReach + 1;
+constexpr int64_t kReachSlack = 2;
+// The softening of an extrusion blurs its alpha with radius 1 three times over.
+constexpr int64_t kSoftenReach = 3 * 3;
+
+inline int64_t BlurReach(uint8_t level) {
+  return 3 * int64_t{level};
+}
+
+// Where a work image is made: the part of its whole layout (a box on the output) that lies within
+// `reach` of an output of outputWidth x outputHeight pixels, since the rest cannot change a pixel of the
+// output. A negative reach keeps the whole layout.
+struct WorkImagePlan {
+  IntRect kept;          // the part that is made, on the output
+  IntRect layout;        // the whole layout in the kept part's coordinates; empty when it is the kept part
+  IntRect callerBuffer;  // the output in the whole layout's coordinates, held within 32 bits
+};
+
+// False when nothing is to be made: the layout is empty, does not touch the output, or does not fit
+// 32-bit coordinates as a rectangle or as seen from the kept part.
+bool PlanWorkImage(const Box& layout, int64_t reach, int32_t outputWidth, int32_t outputHeight,
+                   WorkImagePlan* plan);
+
+// Whether the Outline's 3D border is drawn: switched on, a stroke that reaches past the contour, and
+// an elevation and pass count the shading can make.
+bool BorderDrawn(bool switchedOn, int32_t halfThickness, uint8_t elevation, uint8_t passes);
+
+// What sizes the main pass: the call's translation and the effects that follow the Face and Outline
+// drawing.
+struct MainPassEffects {
+  int64_t translateX = 0, translateY = 0;
+  bool embossed = false;     // the Face emboss
+  bool border = false;       // the Outline's 3D border, as BorderDrawn decides it
+  uint8_t borderPasses = 0;  // its shading passes
+  uint8_t faceBlurLevel = 0, outlineBlurLevel = 0;
+};
+
+// The main pass's work image on the output: the outline at its place under the translation, and how
+// far beyond the output the image must be kept for the Face's and the Outline's effects.
+struct MainPlan {
+  Box image{0, 0, 0, 0};
+  int64_t reach = 0;
+};
+
+MainPlan PlanMainPass(const WorkGeometry& g, const MainPassEffects& e);
+
 // A double truncated toward zero to a whole number, held far inside the 64-bit range (a position that
 // large lies off any buffer anyway); NaN gives 0.
 int64_t TruncatePosition(double v);
@@ -91,8 +146,13 @@ struct ShadowPlacement {
 // Where the Shadow's work image lies in the output and where its shape lies inside that image.
 struct ShadowPlan {
   Box image{0, 0, 0, 0};
-  int64_t shiftX = 0, shiftY = 0;  // the shape's corner inside the image
-  bool zoomed = false;             // the zoom changed the work image's size
+  int64_t shiftX = 0, shiftY = 0;     // the shape's corner inside the image
+  bool zoomed = false;                // the zoom changed the work image's size
+  double scaleX = 1.0, scaleY = 1.0;  // the shape's scale: the zoom, when it changed the size
+  bool stamped = false;               // extruded by a non-zero offset: stamps are laid
+  bool softened = false;              // stamped without blur: the extrusion's edge is softened instead
+  int64_t stampReach = 0;             // how many pixels the stamps reach along the longer axis
+  int64_t reach = 0;                  // how far beyond the output the image is kept (see PlanWorkImage)
 };
 
 // The Shadow is the work image zoomed about its centre (each side truncated) and moved by the offset.

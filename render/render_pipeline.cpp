@@ -3,30 +3,25 @@
 // out of it.
 #include "render/render_pipeline.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 
 #include "effects/bevel_filter.h"
 #include "effects/blur_filter.h"
+#include "effects/compositing.h"
 #include "effects/face_emboss.h"
 #include "effects/layer_drawing.h"
 #include "effects/shadow_extrusion.h"
 #include "image/pixel_buffer.h"
 #include "image/pixel_ops.h"
-#include "effects/compositing.h"
 #include "render/outline_decoder.h"
 #include "render/pass_plan.h"
 #include "render/render_process.h"
 
 namespace lx {
 namespace {
-
-// Bleed distance of the Face emboss and blur radius of the 3D border between its shading passes.
-constexpr int32_t kEmbossBleed = 2;
-constexpr unsigned kBorderBlurRadius = 2;
 
 // What one call reads from the caller's process before it draws.
 struct CallSettings {
@@ -36,59 +31,20 @@ struct CallSettings {
   bool mmx = false;
 };
 
-// How far the effects after the drawing carry a pixel sideways, so how far beyond the caller's buffer a
-// work image must reach for every pixel that lands on the buffer to come out as over the whole image.
-// A blur of radius r averages r pixels each way of colours bled 2r further (3r); the emboss bleeds 2 and
-// reads 2 columns away; the 3D border blurs with radius 2 (6) before its passes and after each shading,
-// which reads one neighbour (7 a pass).
-constexpr int64_t kEmbossReach = 4;
-constexpr int64_t kBorderBlurReach = 3 * kBorderBlurRadius;
-constexpr int64_t kBorderPassReach = kBorderBlurReach + 1;
-constexpr int64_t kReachSlack = 2;
-// The softening of an extrusion blurs its alpha with radius 1 three times over.
-constexpr int64_t kSoftenReach = 3 * 3;
-
-int64_t BlurReach(uint8_t level) {
-  return 3 * int64_t{level};
-}
-
-// A work image: the box it covers on the output (its whole layout), and the part of it that is kept.
+// A work image: the part of its whole layout that is kept, and where that layout lies.
 struct WorkImage {
   explicit WorkImage(PixelBuffer& image) : pixels(image) {}
-  PixelBuffer& pixels;        // the kept part, placed where it lies on the output
-  IntRect area;               // the whole layout in the kept part's coordinates (empty: the same)
-  int64_t left = 0, top = 0;  // the whole layout's top-left corner on the output
+  PixelBuffer& pixels;  // the kept part, placed where it lies on the output
+  WorkImagePlan plan;
 };
 
-// Makes the part of a work image of width x height, placed with its top-left corner at (left, top) on
-// the output, that lies within `reach` of the output: the rest cannot change a pixel of the output. A
-// negative reach keeps the whole image. Nothing is made when the image would not touch the output, when
-// its box does not fit the coordinates, or when the part cannot be had.
-bool MakeWorkImage(WorkImage* image, int64_t width, int64_t height, int64_t left, int64_t top, int64_t reach,
-                   const PixelBuffer& output) {
-  if (width < 1 || height < 1 || width > INT32_MAX || height > INT32_MAX) return false;
-  if (left + width > INT32_MAX || top + height > INT32_MAX) return false;  // its rectangle must fit
-  if (left >= output.width() || top >= output.height() || left + width <= 0 || top + height <= 0)
-    return false;
-  int64_t keepLeft = left, keepTop = top, keepRight = left + width, keepBottom = top + height;
-  if (reach >= 0) {
-    keepLeft = std::max(keepLeft, -reach);
-    keepTop = std::max(keepTop, -reach);
-    keepRight = std::min(keepRight, int64_t{output.width()} + reach);
-    keepBottom = std::min(keepBottom, int64_t{output.height()} + reach);
-  }
-  // The layout is addressed from the kept part's corner: both offsets must stay 32-bit.
-  if (left - keepLeft < INT32_MIN || top - keepTop < INT32_MIN) return false;
-  if (!image->pixels.reuse(static_cast<int32_t>(keepRight - keepLeft),
-                           static_cast<int32_t>(keepBottom - keepTop)))
-    return false;
-  image->pixels.placeAt(static_cast<int32_t>(keepLeft), static_cast<int32_t>(keepTop));
-  image->left = left;
-  image->top = top;
-  if (keepLeft != left || keepTop != top || keepRight != left + width || keepBottom != top + height) {
-    const auto x = static_cast<int32_t>(left - keepLeft), y = static_cast<int32_t>(top - keepTop);
-    image->area = {x, y, static_cast<int32_t>(x + width), static_cast<int32_t>(y + height)};
-  }
+// Makes the work image whose whole layout is `layout` on the output, kept within `reach` of it (see
+// PlanWorkImage). False when nothing is to be made or the kept part cannot be had.
+bool MakeWorkImage(WorkImage* image, const Box& layout, int64_t reach, const PixelBuffer& output) {
+  WorkImagePlan& plan = image->plan;
+  if (!PlanWorkImage(layout, reach, output.width(), output.height(), &plan)) return false;
+  if (!image->pixels.reuse(plan.kept.right - plan.kept.left, plan.kept.bottom - plan.kept.top)) return false;
+  image->pixels.placeAt(plan.kept.left, plan.kept.top);
   return true;
 }
 
@@ -115,14 +71,10 @@ void Draw(const RenderProcess& process, const PixelView& target, int32_t mode, c
 
 // The caller's buffer as seen from a work image's layout: where fit mode 1 spreads a gradient and where
 // user gradient areas are measured from. Texture areas are left empty: the shape's own box.
-LayerAreas AreasFor(const WorkImage& work, const PixelBuffer& output) {
-  auto fit = [](int64_t v) {
-    return static_cast<int32_t>(std::max<int64_t>(INT32_MIN, std::min<int64_t>(INT32_MAX, v)));
-  };
-  const int64_t left = work.left, top = work.top;
+LayerAreas AreasFor(const WorkImage& work) {
   LayerAreas areas;
-  areas.layout = work.area;
-  areas.callerBuffer = {fit(-left), fit(-top), fit(output.width() - left), fit(output.height() - top)};
+  areas.layout = work.plan.layout;
+  areas.callerBuffer = work.plan.callerBuffer;
   return areas;
 }
 
@@ -140,7 +92,7 @@ bool DrawShadowShape(RenderProcess& caller, const WorkGeometry& g, const WorkIma
   std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
   if (!temp) return false;
   LayerAreas layout;
-  layout.layout = image.area;
+  layout.layout = image.plan.layout;
   const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
   temp->face.setStartColour(caller.shadowColour, alpha);
   temp->face.setEndColour(caller.shadowColour, alpha);
@@ -175,43 +127,39 @@ bool DrawShadowShape(RenderProcess& caller, const WorkGeometry& g, const WorkIma
 void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
   const WorkGeometry& g = s.geometry;
   const int32_t ox = caller.shadowOffsetX, oy = caller.shadowOffsetY;
-  const double zx = caller.shadowZoomX, zy = caller.shadowZoomY;
-  const bool extruded = caller.shadowExtruded == 1;
-  const ShadowPlacement placement{s.translateX, s.translateY, ox,       oy,
-                                  zx,           zy,           extruded, caller.shadowBlurLevel};
+  const ShadowPlacement placement{s.translateX,
+                                  s.translateY,
+                                  ox,
+                                  oy,
+                                  caller.shadowZoomX,
+                                  caller.shadowZoomY,
+                                  caller.shadowExtruded == 1,
+                                  caller.shadowBlurLevel};
   ShadowPlan plan;
   if (!PlanShadow(g, placement, output.width(), output.height(), &plan)) return;
-  const double scaleX = plan.zoomed ? zx : 1.0, scaleY = plan.zoomed ? zy : 1.0;
 
   // The smoothing of an extrusion without blur scales by the densest pixel of the whole image, which
   // may lie anywhere in it. It is drawn cut all the same: when the cut already holds the densest value
   // that the shape's alpha and the number of stamps allow, the whole image has it too. Only when it
   // does not is the whole image drawn.
-  const bool stamped = extruded && (ox != 0 || oy != 0);
-  const bool softened = stamped && caller.shadowBlurLevel == 0;
-  const int64_t stampReach = stamped ? std::max(std::llabs(int64_t{ox}), std::llabs(int64_t{oy})) : 0;
-  const int64_t reach =
-      (softened ? kSoftenReach : BlurReach(caller.shadowBlurLevel)) + stampReach + kReachSlack;
   const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
   WorkImage image(caller.scratch[0]);
   auto draw = [&](int64_t keep) {
-    image.area = IntRect{};
-    return MakeWorkImage(&image, plan.image.width(), plan.image.height(), plan.image.left, plan.image.top,
-                         keep, output) &&
-           DrawShadowShape(caller, g, image, scaleX, scaleY, plan.shiftX, plan.shiftY);
+    return MakeWorkImage(&image, plan.image, keep, output) &&
+           DrawShadowShape(caller, g, image, plan.scaleX, plan.scaleY, plan.shiftX, plan.shiftY);
   };
-  if (!draw(reach)) return;
+  if (!draw(plan.reach)) return;
   PixelBuffer& work = image.pixels;
 
-  if (softened) {
+  if (plan.softened) {
     int32_t densest = -1;
-    if (!image.area.empty()) {
+    if (!image.plan.layout.empty()) {
       // A cut image: the body before stamping is at most the Shadow's alpha, after stamping at most the
       // stack of every stamp and the shape itself.
       const bool even = caller.extrudedShadowColour != 1;
       if (!even || HighestAlpha(work.view()) == alpha) {
         ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour, alpha);
-        const uint8_t most = even ? alpha : StackedAlpha(alpha, stampReach + 1);
+        const uint8_t most = even ? alpha : StackedAlpha(alpha, plan.stampReach + 1);
         if (HighestAlpha(work.view()) == most) densest = most;
       }
       if (densest < 0) {
@@ -225,32 +173,67 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
     BlendOver(work.placed(), output.placed());
     return;
   }
-  if (stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
+  if (plan.stamped) ExtrudeShadow(work.view(), ox, oy, s.mmx, caller.extrudedShadowColour);
   Blur(caller, work, caller.shadowBlurLevel);
   BlendOver(work.placed(), output.placed());
+}
+
+// The main pass's work image and how far it is kept: the outline at its place, with room for the
+// effects that the caller's settings switch on.
+MainPlan PlanMain(const RenderProcess& caller, const CallSettings& s) {
+  MainPassEffects effects;
+  effects.translateX = s.translateX;
+  effects.translateY = s.translateY;
+  effects.embossed = caller.faceEmbossed == 1;
+  effects.border = s.border;
+  effects.borderPasses = caller.border3DDepth;
+  effects.faceBlurLevel = caller.face.blurLevel;
+  effects.outlineBlurLevel = caller.outline.blurLevel;
+  return PlanMainPass(s.geometry, effects);
+}
+
+// A temporary process with every setting and texture of the caller's, the outline moved to its place
+// in the work image. Null when memory ran out.
+std::unique_ptr<RenderProcess> MainPassProcess(const RenderProcess& caller, const WorkGeometry& g) {
+  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
+  if (!temp || !temp->copySettingsFrom(caller)) return nullptr;
+  if (caller.face.textureInUse()) temp->face.takeTextureFrom(caller.face.texture.get());
+  if (caller.outline.textureInUse()) temp->outline.takeTextureFrom(caller.outline.texture.get());
+  temp->glyphMatrix = Affine{};
+  temp->glyphMatrix.translate(static_cast<double>(g.glyphOffsetX), static_cast<double>(g.glyphOffsetY));
+  return temp;
+}
+
+// Lays the Face (in `face`) back over the Outline (in `outline`). Two flat layers: the alpha where they
+// meet stays between theirs, so an opaque Face on an opaque Outline leaves no seam. An Outline that
+// paints nothing is simply replaced.
+void LayFaceOverOutline(const RenderProcess& settings, const PixelBuffer& face, const PixelBuffer& outline,
+                        bool mmx) {
+  uint32_t faceColour = settings.face.startColour, outlineColour = settings.outline.startColour;
+  const bool faceUniform = UniformLayerColour(settings.face, &faceColour, 0) == 1;
+  const bool outlineUniform = UniformLayerColour(settings.outline, &outlineColour, 0) == 1;
+  const bool blurred = settings.face.blurLevel > 0 || settings.outline.blurLevel > 0;
+  if (LayerAlphaEquals(settings.outline, 0) == 1) {
+    const size_t count = static_cast<size_t>(face.width()) * static_cast<size_t>(face.height());
+    CopyPixels(reinterpret_cast<uint32_t*>(outline.pixels()),
+               reinterpret_cast<const uint32_t*>(face.pixels()), count, mmx);
+  } else if (faceUniform && outlineUniform && !blurred) {
+    BlendOverClamped(face.placed(), outline.placed(), faceColour, outlineColour);
+  } else {
+    BlendOver(face.placed(), outline.placed());
+  }
 }
 
 // Face, then Outline, then the Face laid back over the Outline, and the result onto the output.
 void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output) {
   const WorkGeometry& g = s.geometry;
-  const int64_t faceReach = (caller.faceEmbossed == 1 ? kEmbossReach : 0) + BlurReach(caller.face.blurLevel);
-  const int64_t outlineReach = (s.border ? kBorderBlurReach + kBorderPassReach * caller.border3DDepth : 0) +
-                               BlurReach(caller.outline.blurLevel);
+  const MainPlan plan = PlanMain(caller, s);
   WorkImage image(caller.scratch[0]);
-  if (!MakeWorkImage(&image, g.workWidth, g.workHeight, s.translateX - g.glyphOffsetX,
-                     s.translateY - g.glyphOffsetY, std::max(faceReach, outlineReach) + kReachSlack,
-                     output)) {
-    return;
-  }
+  if (!MakeWorkImage(&image, plan.image, plan.reach, output)) return;
+  std::unique_ptr<RenderProcess> temp = MainPassProcess(caller, g);
+  if (!temp) return;
+  const LayerAreas areas = AreasFor(image);
   PixelBuffer& work = image.pixels;
-  std::unique_ptr<RenderProcess> temp = MakeTemporaryProcess(caller);
-  if (!temp || !temp->copySettingsFrom(caller)) return;
-  if (caller.face.textureInUse()) temp->face.takeTextureFrom(caller.face.texture.get());
-  if (caller.outline.textureInUse()) temp->outline.takeTextureFrom(caller.outline.texture.get());
-  temp->glyphMatrix = Affine{};
-  temp->glyphMatrix.translate(static_cast<double>(g.glyphOffsetX), static_cast<double>(g.glyphOffsetY));
-
-  const LayerAreas areas = AreasFor(image, output);
 
   Draw(*temp, work.view(), kDrawFace, areas);
   if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
@@ -276,20 +259,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   }
   Blur(caller, work, caller.outline.blurLevel);
 
-  // Two flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque
-  // Outline leaves no seam. An Outline that paints nothing is simply replaced.
-  uint32_t faceColour = temp->face.startColour, outlineColour = temp->outline.startColour;
-  const bool faceUniform = UniformLayerColour(temp->face, &faceColour, 0) == 1;
-  const bool outlineUniform = UniformLayerColour(temp->outline, &outlineColour, 0) == 1;
-  const bool blurred = caller.face.blurLevel > 0 || caller.outline.blurLevel > 0;
-  if (LayerAlphaEquals(temp->outline, 0) == 1) {
-    CopyPixels(reinterpret_cast<uint32_t*>(work.pixels()), reinterpret_cast<const uint32_t*>(face.pixels()),
-               count, s.mmx);
-  } else if (faceUniform && outlineUniform && !blurred) {
-    BlendOverClamped(face.placed(), work.placed(), faceColour, outlineColour);
-  } else {
-    BlendOver(face.placed(), work.placed());
-  }
+  LayFaceOverOutline(*temp, face, work, s.mmx);
   BlendOver(work.placed(), output.placed());
 }
 
@@ -305,11 +275,8 @@ bool RenderOutlineBlock(RenderProcess& process, const void* block, size_t size, 
   CallSettings s;
   s.geometry = MeasureWork(glyphRect, thickness, process.face.blurLevel, process.outline.blurLevel,
                            process.shadowBlurLevel);
-  if (process.outline3DBorder == 1) {
-    const uint8_t elevation = process.border3DWidth, passes = process.border3DDepth;
-    s.border =
-        s.geometry.halfThickness > 0 && elevation >= 3 && elevation <= 60 && passes >= 1 && passes <= 60;
-  }
+  s.border = BorderDrawn(process.outline3DBorder == 1, s.geometry.halfThickness, process.border3DWidth,
+                         process.border3DDepth);
   double tx = 0.0, ty = 0.0;
   process.glyphMatrix.transform(&tx, &ty);
   s.translateX = TruncatePosition(tx);

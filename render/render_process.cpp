@@ -63,35 +63,14 @@ void RenderProcess::trimScratch() {
 
 bool RenderProcess::copySettingsFrom(const RenderProcess& other) noexcept {
   if (this == &other) return true;
-  shadowOffsetX = other.shadowOffsetX;
-  shadowOffsetY = other.shadowOffsetY;
-  shadowColour = other.shadowColour;
-  shadowAlpha = other.shadowAlpha;
+  static_cast<EffectSettings&>(*this) = other;
   const bool faceListsCopied = face.copySettingsFrom(other.face);
   const bool outlineListsCopied = outline.copySettingsFrom(other.outline);
-
-  // The emboss objects are rebuilt from what the source's objects hold, not from its stored bytes.
+  // The emboss objects are rebuilt from what the source's objects hold, not from its stored values.
   double angle = 0.0;
   uint8_t p = 0, q = 0, r = 0;
   other.readEmbossParameters(&angle, &p, &q, &r);
   setEmbossParameters(angle, p, q, r);
-
-  uint8_t flag = 0;
-  flag = other.faceEmbossed;
-  enableFaceEmbossed(&flag);
-  flag = other.shadowExtruded;
-  setShadowExtruded(&flag);
-  flag = other.extrudedShadowColour;
-  setExtrudedShadowColour(&flag);
-  flag = other.outline3DBorder;
-  enableOutline3DBorder(&flag);
-
-  shadowZoomX = other.shadowZoomX;
-  shadowZoomY = other.shadowZoomY;
-  border3DAngle = other.border3DAngle;
-  shadowBlurLevel = other.shadowBlurLevel;
-  border3DDepth = other.border3DDepth;
-  border3DWidth = other.border3DWidth;
   return faceListsCopied && outlineListsCopied;
 }
 

@@ -10,6 +10,7 @@
 #include "image/pixel_view.h"
 #include "platform/platform.h"
 #include "settings/affine.h"
+#include "settings/effect_settings.h"
 #include "settings/fill_settings.h"
 #include "settings/outline_path.h"
 
@@ -21,7 +22,9 @@ class ChannelTint;
 class BlurFilter;
 class ToneTables;
 
-class RenderProcess {
+// The effect settings are inherited so that they are copied as one plain value (copySettingsFrom). A new
+// setting belongs in EffectSettings or in the layers' FillStyle: a member of its own here is not copied.
+class RenderProcess : public EffectSettings {
  public:
   RenderProcess() noexcept;
   ~RenderProcess();
@@ -31,6 +34,8 @@ class RenderProcess {
   // Copies every setting except the textures and the shadowVisible / shadowOnly flags, and rebuilds
   // this process's emboss objects from the source's. The glyph transform, stroke width and path
   // are not settings and stay as they are. False when memory ran out for a colour list (left empty).
+  // Everything else is copied by assignment: a setting added to EffectSettings or FillStyle needs no
+  // edit here.
   bool copySettingsFrom(const RenderProcess& other) noexcept;
 
   void setShadowOffset(int32_t x, int32_t y);
@@ -61,26 +66,10 @@ class RenderProcess {
   double strokeWidth = 1.0;
   double halfStrokeWidth = 0.5;
 
-  int32_t shadowOffsetX = 0;
-  int32_t shadowOffsetY = 0;
-  uint32_t shadowColour = 0;  // c0 | c1 << 8 | c2 << 16, bits 24-31 zero
-  int32_t shadowAlpha = 0;
   FillSettings face;     // defaults: opaque white
   FillSettings outline;  // defaults: transparent black
-  uint8_t faceEmbossed = 0;
-  double embossLight[4] = {0.0, 0.0, 0.0, 0.0};
-  double embossAngle = 0.0;
-  double shadowZoomX = 1.0;
-  double shadowZoomY = 1.0;
   uint8_t shadowVisible = 1;
   uint8_t shadowOnly = 0;
-  uint8_t shadowExtruded = 0;
-  uint8_t extrudedShadowColour = 1;
-  uint8_t outline3DBorder = 0;
-  double border3DAngle = 0.0;
-  uint8_t shadowBlurLevel = 0;
-  uint8_t border3DDepth = 1;
-  uint8_t border3DWidth = 3;
 
   // Effect objects, in creation order; any may be null after a failed allocation.
   std::unique_ptr<BevelFilter> bevel;

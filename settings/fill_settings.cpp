@@ -128,22 +128,9 @@ bool FillSettings::takeTextureFrom(const TextureImage* other) noexcept {
 }
 
 bool FillSettings::copySettingsFrom(const FillSettings& other) noexcept {
-  startColour = other.startColour;
-  endColour = other.endColour;
-  gradientType = other.gradientType;
-  fillType = other.fillType;
-  textureTiling = other.textureTiling;
-  gradientFrom = other.gradientFrom;
-  gradientTo = other.gradientTo;
-  gradientAngle = other.gradientAngle;
-  gradientFitMode = other.gradientFitMode;
-  useGradientTable = other.useGradientTable;
-  userGradientArea = other.userGradientArea;
-  blurLevel = other.blurLevel;
   if (this == &other) return true;
   try {
-    gradientColours = other.gradientColours;
-    gradientStops = other.gradientStops;
+    static_cast<FillStyle&>(*this) = other;
   } catch (const std::bad_alloc&) {
     gradientColours.clear();
     gradientStops.clear();

@@ -15,23 +15,29 @@ namespace lx {
 constexpr double kPi = 3.141592653589793;
 constexpr size_t kMaxColourStops = 256;
 
-// Colour, gradient and texture settings of one filled layer (the Face or the Outline).
-struct FillSettings {
+// Everything one filled layer (the Face or the Outline) is drawn with but its texture: plain data,
+// copied by assignment.
+struct FillStyle {
   uint32_t startColour = 0;  // c0 | c1 << 8 | c2 << 16 | alpha << 24, c0 red
   uint32_t endColour = 0;
-  std::unique_ptr<TextureImage> texture;
   int32_t gradientType = 0;   // 0..3
   int32_t fillType = 0;       // 0 colour or gradient, 1 texture (while a texture is set)
   int32_t textureTiling = 2;  // 0 centred, 1 stretched, 2 tiled
   double gradientFrom = 0.5;  // type 2 parameters, 0..1
   double gradientTo = 0.5;
   double gradientAngle = 0.0;  // type 3, radians in [-pi, pi]
-  std::vector<uint32_t> gradientColours;
-  std::vector<uint32_t> gradientStops;  // one weight per colour
   uint8_t gradientFitMode = 0;
   uint8_t useGradientTable = 0;  // 1 while the colour stops are in force
   IntRect userGradientArea;
   uint8_t blurLevel = 0;
+  // The lists come last: a copy that runs out of memory for them has taken every other value.
+  std::vector<uint32_t> gradientColours;
+  std::vector<uint32_t> gradientStops;  // one weight per colour
+};
+
+// A filled layer's settings with its texture, which is a copy of caller pixels owned by the layer.
+struct FillSettings : FillStyle {
+  std::unique_ptr<TextureImage> texture;
 
   bool textureInUse() const { return fillType == 1 && texture != nullptr; }
 

@@ -4,8 +4,6 @@
 
 #include <vector>
 
-#include "tests/support/guard_pages.h"
-
 namespace lx {
 namespace {
 
@@ -66,16 +64,6 @@ TEST(FlipVertically, RefusesBadBlocks) {
   EXPECT_FALSE(FlipVertically(nullptr, 2, 2));
   EXPECT_FALSE(FlipVertically(image.data(), 0, 2));
   EXPECT_FALSE(FlipVertically(image.data(), 2, -1));
-
-  test::GuardedPages pages(2);
-  pages.protect(1, test::GuardedPages::Access::kRead);
-  const auto pixelsPerPage = static_cast<int32_t>(pages.pageSize() / 4);
-  // Ends in a read-only page: refused before anything is swapped.
-  pages.page(0)[0] = 9;
-  EXPECT_FALSE(FlipVertically(pages.page(0), pixelsPerPage, 2));
-  EXPECT_EQ(pages.page(0)[0], 9);
-  EXPECT_TRUE(FlipVertically(pages.page(0), pixelsPerPage / 2, 2));
-  EXPECT_EQ(pages.page(0)[0], 0);
 }
 
 TEST(CopyRectangle, CopyPlacesTheSourceAndClipsIt) {

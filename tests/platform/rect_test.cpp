@@ -3,7 +3,7 @@
 
 #include <climits>
 
-#include "platform/portable_rect.h"
+#include "tests/support/portable_rect.h"
 
 namespace lx::portable {
 namespace {

@@ -10,7 +10,7 @@
 #include <climits>
 #include <vector>
 
-#include "platform/portable_rect.h"
+#include "tests/support/portable_rect.h"
 
 namespace {
 

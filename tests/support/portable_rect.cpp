@@ -1,4 +1,4 @@
-#include "platform/portable_rect.h"
+#include "tests/support/portable_rect.h"
 
 namespace lx::portable {
 

@@ -1,5 +1,7 @@
-// User32's rectangle helpers in portable form: built on every system so that the Windows tests can
-// compare them with the real ones.
+// User32's rectangle helpers in portable form, kept beside the tests because the library needs none of
+// them: its own rectangles are IntRect, whose emptiness is IsRectEmpty's, and it offsets, cuts and joins
+// them in 64 bits or clamped, where user32 would wrap. The Windows tests compare these with the real
+// ones.
 #pragma once
 
 #include <cstdint>
