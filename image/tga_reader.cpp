@@ -2,8 +2,10 @@
 
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "image/pixel_buffer.h"
+#include "image/tga_codec.h"
 
 namespace lx {
 
@@ -23,14 +25,14 @@ void SetMessage(TgaImage* image, const char* format, const char* fileName) {
 // Takes the six info bytes apart into the state and the record; false when the size or depth is one
 // the readers cannot handle.
 bool ReadInfo(TgaLoaderState* state, TgaImage* image) {
-  const uint8_t* info = state->info;
-  state->width = static_cast<uint32_t>(info[0]) | static_cast<uint32_t>(info[1]) << 8;
-  state->height = static_cast<uint32_t>(info[2]) | static_cast<uint32_t>(info[3]) << 8;
-  state->bitsPerPixel = info[4];
+  const TgaInfo info = ParseTgaInfo(state->info);
+  state->width = info.width;
+  state->height = info.height;
+  state->bitsPerPixel = info.bitsPerPixel;
   image->width = state->width;
   image->height = state->height;
   image->bitsPerPixel = state->bitsPerPixel;
-  image->descriptor = info[5];
+  image->descriptor = info.descriptor;
   if (state->width == 0 || state->height == 0) return false;
   if (state->bitsPerPixel != 24 && state->bitsPerPixel != 32) return false;
   state->bytesPerPixel = state->bitsPerPixel / 8;
@@ -53,14 +55,61 @@ bool AllocateBlock(TgaImage* image, uint64_t bytes, unsigned flags = platform::k
   return true;
 }
 
+// How many bytes the file holds from where it stands; 0 when its length cannot be told.
+uint64_t BytesLeft(std::FILE* file) {
+  const long at = std::ftell(file);
+  if (at < 0 || std::fseek(file, 0, SEEK_END) != 0) return 0;
+  const long end = std::ftell(file);
+  if (std::fseek(file, at, SEEK_SET) != 0 || end < at) return 0;
+  return static_cast<uint64_t>(end - at);
+}
+
 // Whether the file holds at least `bytes` more from where it stands. A file whose length cannot be told
 // counts as too short, which only costs the zero fill.
 bool FileHolds(std::FILE* file, uint64_t bytes) {
-  const long at = std::ftell(file);
-  if (at < 0 || std::fseek(file, 0, SEEK_END) != 0) return false;
-  const long end = std::ftell(file);
-  if (std::fseek(file, at, SEEK_SET) != 0) return false;
-  return end >= at && static_cast<uint64_t>(end - at) >= bytes;
+  return BytesLeft(file) >= bytes;
+}
+
+// The packed pixel data of a compressed file, read whole so the byte-level decoder can take it apart:
+// no more than the file holds, and no more than the decoder can look at for the image's pixels, so its
+// cost follows the file and the image already allocated for it. Empty (which decodes as a missing packet)
+// when the file cannot be measured or the block cannot be had.
+class PackedData {
+ public:
+  PackedData(std::FILE* file, uint64_t mostBytes) {
+    const uint64_t left = BytesLeft(file);
+    const uint64_t wanted = left < mostBytes ? left : mostBytes;
+    if (wanted == 0 || wanted > std::numeric_limits<size_t>::max()) return;
+    bytes_ = static_cast<uint8_t*>(
+        platform::AllocateLockedBlock(static_cast<size_t>(wanted), &handle_, platform::kGmemMoveable));
+    if (bytes_ != nullptr) size_ = std::fread(bytes_, 1, static_cast<size_t>(wanted), file);
+  }
+  ~PackedData() { platform::ReleaseLockedBlock(handle_); }
+  PackedData(const PackedData&) = delete;
+  PackedData& operator=(const PackedData&) = delete;
+  const uint8_t* bytes() const { return bytes_; }
+  size_t size() const { return size_; }
+
+ private:
+  platform::MemoryHandle handle_ = nullptr;
+  uint8_t* bytes_ = nullptr;
+  size_t size_ = 0;
+};
+
+const char* RleMessage(TgaRleResult result) {
+  switch (result) {
+    case TgaRleResult::kPacketHeaderMissing:
+      return "<LoadCompressedTGA> Could not read RLE header!";
+    case TgaRleResult::kRawPixelsShort:
+      return "<LoadCompressedTGA> Could not read image data!";
+    case TgaRleResult::kRunPixelShort:
+      return "<LoadCompressedTGA> Could not read from file!";
+    case TgaRleResult::kTooManyPixels:
+      return "<LoadCompressedTGA> Too many pixels read for file!";
+    case TgaRleResult::kDone:
+      break;
+  }
+  return "";
 }
 
 }  // namespace
@@ -140,62 +189,25 @@ bool LoadCompressedTGA(TgaLoaderState* state, TgaImage* image, std::FILE* file) 
     SetMessage(image, "<LoadCompressedTGA> BitPerPixel has to be either 24-bit or 32-bit");
     return false;
   }
-  // The pixel that overruns the count is stored before it is detected: one spare pixel keeps that
-  // store inside the block. A load that succeeds has written every pixel and a failed one frees the
-  // block, so it is not zero-filled: a short file claiming a large image touches no more pages than its
-  // packets fill.
-  if (!AllocateBlock(image, state->imageSize + state->bytesPerPixel, platform::kGmemMoveable)) {
+  // A load that succeeds has written every pixel and a failed one frees the block, so it is not
+  // zero-filled: a short file claiming a large image touches no more pages than its packets fill.
+  if (!AllocateBlock(image, state->imageSize, platform::kGmemMoveable)) {
     SetMessage(image, "<LoadCompressedTGA> Could not allocate memory for image!");
     return false;
   }
 
   const uint64_t pixelCount = uint64_t{state->width} * state->height;
   const size_t bytesPerPixel = state->bytesPerPixel;
-  uint64_t stored = 0;
-  uint8_t* out = image->pixels;
-  uint8_t pixel[4] = {};
-  // Stores the current pixel with bytes 0 and 2 exchanged; false once more pixels than the image
-  // holds have been stored.
-  auto store = [&]() {
-    out[0] = pixel[2];
-    out[1] = pixel[1];
-    out[2] = pixel[0];
-    if (bytesPerPixel == 4) out[3] = pixel[3];
-    out += bytesPerPixel;
-    ++stored;
-    return stored <= pixelCount;
-  };
-
-  while (stored < pixelCount) {
-    const int header = std::fgetc(file);
-    if (header == EOF) {
-      SetMessage(image, "<LoadCompressedTGA> Could not read RLE header!");
-      return false;
-    }
-    if (header < 128) {
-      for (int i = 0; i <= header; ++i) {
-        if (std::fread(pixel, 1, bytesPerPixel, file) != bytesPerPixel) {
-          SetMessage(image, "<LoadCompressedTGA> Could not read image data!");
-          return false;
-        }
-        if (!store()) {
-          SetMessage(image, "<LoadCompressedTGA> Too many pixels read for file!");
-          return false;
-        }
-      }
-    } else {
-      if (std::fread(pixel, 1, bytesPerPixel, file) != bytesPerPixel) {
-        SetMessage(image, "<LoadCompressedTGA> Could not read from file!");
-        return false;
-      }
-      for (int i = 0; i < header - 127; ++i) {
-        if (!store()) {
-          SetMessage(image, "<LoadCompressedTGA> Too many pixels read for file!");
-          return false;
-        }
-      }
-    }
+  const PackedData packed(file, TgaMostRlePixelBytes(pixelCount, state->bytesPerPixel));
+  const TgaRleResult result = DecodeTgaRle(packed.bytes(), packed.size(), static_cast<size_t>(pixelCount),
+                                           bytesPerPixel, image->pixels);
+  if (result != TgaRleResult::kDone) {
+    SetMessage(image, RleMessage(result));
+    return false;
   }
+  // Only compressed files come out red first: callers have always read them that way.
+  uint8_t* pixel = image->pixels;
+  for (uint64_t i = 0; i < pixelCount; ++i, pixel += bytesPerPixel) std::swap(pixel[0], pixel[2]);
   image->message[0] = '\0';
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include "image/caller_memory.h"
 #include "image/pixel_ops.h"
+#include "image/tga_codec.h"
 
 namespace lx {
 
@@ -12,14 +13,8 @@ bool WriteTGA(const void* pixels, int32_t width, int32_t height, const char* fil
   const uint64_t bytes = static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * 4u;
   if (!ValidateCallerMemory(pixels, bytes, false)) return false;
 
-  uint8_t header[18] = {};
-  header[2] = 2;  // uncompressed true colour
-  header[12] = static_cast<uint8_t>(width & 0xFF);
-  header[13] = static_cast<uint8_t>(width >> 8);
-  header[14] = static_cast<uint8_t>(height & 0xFF);
-  header[15] = static_cast<uint8_t>(height >> 8);
-  header[16] = 32;
-  header[17] = 0x28;  // top-left origin, 8 alpha bits: memory's first row is the picture's top row
+  uint8_t header[kTgaHeaderSize];
+  WriteTgaHeader32(static_cast<uint32_t>(width), static_cast<uint32_t>(height), header);
 
   std::FILE* file = std::fopen(fileName, "wb");
   if (file == nullptr) return false;

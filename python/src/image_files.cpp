@@ -5,15 +5,13 @@
 
 #include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/png_file.h"
+#include "tools/lettrix_cli/texture_file.h"
 
 namespace lx::python {
 
 lx::compose::RgbaImage ReadImageFile(const std::string& path) {
   try {
-    const std::vector<uint8_t> bytes = lxt::ReadWholeFile(path, "texture file");
-    const bool png =
-        bytes.size() >= 8 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G';
-    return lx::compose::ToRgba(png ? lxt::DecodePng(bytes, path) : lxt::DecodeTga(bytes, path));
+    return lxt::ReadTextureFile(path, path, lxt::DecodePng, "lettrix");
   } catch (const std::exception& e) {
     throw UnreadableFile(e.what());
   }

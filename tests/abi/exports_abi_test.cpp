@@ -1,5 +1,5 @@
 // The shipped library through its public header only: every export links, takes its arguments by
-// address and honours the handle rule.
+// address and does nothing on a slot without a process.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -12,13 +12,11 @@ constexpr RenderHandle kAllOnes = ~RenderHandle{0};
 
 // Every setter once; returns the results of the functions that have one, in call order.
 std::vector<bool> CallEverySetter(RenderHandle* slot) {
-  uint8_t a = 255, c0 = 10, c1 = 20, c2 = 30, on = 1, off = 0, level = 3, w = 20, d = 3, mode = 0;
+  uint8_t a = 255, c0 = 10, c1 = 20, c2 = 30, on = 1, off = 0, level = 3, w = 20, d = 3, mode = 0, count = 3;
   int32_t x = 5, y = -5, gradient = 3, fill = 1, tiling = 0, thickness = 2;
   int32_t left = 0, top = 0, right = 100, bottom = 40, width = 2, height = 2;
   double p1 = 0.5, p2 = 0.25, zx = 1.25, zy = 0.75, angle = -1.0;
-  uint32_t colours[3] = {0xFF0000FFu, 0xFF00FF00u, 0xFFFF0000u};
-  uint32_t stops[3] = {1, 2, 1};
-  uint8_t count = 3;
+  uint32_t colours[3] = {0xFF0000FFu, 0xFF00FF00u, 0xFFFF0000u}, stops[3] = {1, 2, 1};
   uint32_t pixels[4] = {0x00FF0000u, 0x0000FF00u, 0x000000FFu, 0x00FFFFFFu};
   std::vector<bool> results;
 
@@ -60,54 +58,54 @@ std::vector<bool> CallEverySetter(RenderHandle* slot) {
   return results;
 }
 
-TEST(ExportsAbi, CreateSetEverythingAndDestroy) {
-  RenderHandle slot = CreateRenderProcess();
-  ASSERT_NE(slot, 0u);
-  ASSERT_NE(slot, kAllOnes);
-  // The outline's user area (0, 0, 0, 40) is empty: stored, but reported as false.
-  EXPECT_EQ(CallEverySetter(&slot), std::vector<bool>({true, true, true, false, true, true}));
-  const RenderHandle kept = slot;
-  CallEverySetter(&slot);
-  EXPECT_EQ(slot, kept);
-  DestroyRenderProcess(&slot);
-  EXPECT_EQ(slot, 0u);
-}
-
-TEST(ExportsAbi, SlotsWithoutAProcessAreRefusedEverywhere) {
-  for (RenderHandle value : {RenderHandle{0}, kAllOnes}) {
-    RenderHandle slot = value;
-    EXPECT_EQ(CallEverySetter(&slot), std::vector<bool>(6, false));
-    EXPECT_EQ(slot, value);
-    DestroyRenderProcess(&slot);
-    EXPECT_EQ(slot, 0u);
-  }
-}
-
-TEST(ExportsAbi, ManyProcessesLiveSideBySide) {
+TEST(ExportsAbi, ProcessesTakeEverySettingSideBySideAndDestroyClearsTheirSlots) {
   std::vector<RenderHandle> slots(32);
   for (RenderHandle& s : slots) {
     s = CreateRenderProcess();
     ASSERT_NE(s, 0u);
+    ASSERT_NE(s, kAllOnes);
   }
-  for (RenderHandle& s : slots) CallEverySetter(&s);
+  for (RenderHandle& s : slots) {
+    const RenderHandle kept = s;
+    // The outline's user area (0, 0, 0, 40) is empty: stored, but reported as false.
+    EXPECT_EQ(CallEverySetter(&s), std::vector<bool>({true, true, true, false, true, true}));
+    EXPECT_EQ(s, kept);
+  }
   for (RenderHandle& s : slots) DestroyRenderProcess(&s);
-  for (RenderHandle s : slots) EXPECT_EQ(s, 0u);
+  EXPECT_EQ(slots, std::vector<RenderHandle>(32, 0));
 }
 
-TEST(ExportsAbi, RenderRefusesBadArguments) {
+TEST(ExportsAbi, SlotsWithoutAProcessAreRefusedEverywhere) {
+  std::vector<uint32_t> buffer(64, 0x12345678u);
+  uint8_t block[16] = {};
+  const int32_t eight = 8;
+  for (RenderHandle value : {RenderHandle{0}, kAllOnes}) {
+    RenderHandle slot = value;
+    EXPECT_EQ(CallEverySetter(&slot), std::vector<bool>(6, false));
+    EXPECT_EQ(slot, value);
+    EXPECT_FALSE(Render(&slot, block, &eight, &eight, buffer.data()));
+    DestroyRenderProcess(&slot);
+    EXPECT_EQ(slot, 0u);
+    DestroyRenderProcess(&slot);
+    EXPECT_EQ(slot, 0u);
+  }
+  EXPECT_EQ(buffer, std::vector<uint32_t>(64, 0x12345678u));
+}
+
+TEST(ExportsAbi, RenderRefusesBadArgumentsWithTheBufferUntouched) {
   RenderHandle slot = CreateRenderProcess();
-  ASSERT_NE(slot, 0u);
   std::vector<uint32_t> buffer(64, 0x12345678u);
   uint8_t block[16] = {};
   const int32_t eight = 8, zero = 0, minus = -1;
-  RenderHandle none = 0, allOnes = kAllOnes;
-  EXPECT_FALSE(Render(&none, block, &eight, &eight, buffer.data()));
-  EXPECT_FALSE(Render(&allOnes, block, &eight, &eight, buffer.data()));
   EXPECT_FALSE(Render(&slot, nullptr, &eight, &eight, buffer.data()));
   EXPECT_FALSE(Render(&slot, block, &zero, &eight, buffer.data()));
+  EXPECT_FALSE(Render(&slot, block, &minus, &eight, buffer.data()));
+  EXPECT_FALSE(Render(&slot, block, &eight, &zero, buffer.data()));
   EXPECT_FALSE(Render(&slot, block, &eight, &minus, buffer.data()));
+  EXPECT_FALSE(Render(&slot, block, nullptr, &eight, buffer.data()));
+  EXPECT_FALSE(Render(&slot, block, &eight, nullptr, buffer.data()));
   EXPECT_FALSE(Render(&slot, block, &eight, &eight, nullptr));
-  for (uint32_t px : buffer) EXPECT_EQ(px, 0x12345678u);
+  EXPECT_EQ(buffer, std::vector<uint32_t>(64, 0x12345678u));
   DestroyRenderProcess(&slot);
 }
 

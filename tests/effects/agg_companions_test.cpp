@@ -17,56 +17,34 @@ P Apply(const agg::trans_affine& m, P p) {
   return p;
 }
 
-TEST(AffineCompanions, MultiplyAppliesFirstThenSecond) {
-  const agg::trans_affine a(2.0, 0.5, -1.0, 3.0, 10.0, -4.0);
-  const agg::trans_affine b(0.0, 1.0, -1.0, 0.0, 7.0, 2.0);
-  const agg::trans_affine ab = MultiplyAffine(a, b);
-  for (P p : {P{0, 0}, P{1, 0}, P{0, 1}, P{-3.5, 12.25}}) {
-    const P want = Apply(b, Apply(a, p));
-    const P got = Apply(ab, p);
-    EXPECT_NEAR(got.x, want.x, 1e-12);
-    EXPECT_NEAR(got.y, want.y, 1e-12);
-  }
+void ExpectMaps(const agg::trans_affine& m, P from, P to) {
+  const P got = Apply(m, from);
+  EXPECT_NEAR(got.x, to.x, 1e-12) << from.x << ", " << from.y;
+  EXPECT_NEAR(got.y, to.y, 1e-12) << from.x << ", " << from.y;
 }
 
-TEST(AffineCompanions, InverseRoundTripsAndSingularMatricesAreRefused) {
-  const agg::trans_affine m(1.5, -0.25, 0.75, 2.0, -30.0, 12.5);
+TEST(AffineCompanions, MultiplyInvertAndMapRectangles) {
+  const agg::trans_affine a(2.0, 0.5, -1.0, 3.0, 10.0, -4.0), b(0.0, 1.0, -1.0, 0.0, 7.0, 2.0);
   agg::trans_affine inv;
-  ASSERT_TRUE(InvertAffine(m, &inv));
-  for (const agg::trans_affine& id : {MultiplyAffine(m, inv), MultiplyAffine(inv, m)}) {
-    EXPECT_NEAR(id.sx, 1.0, 1e-12);
-    EXPECT_NEAR(id.shy, 0.0, 1e-12);
-    EXPECT_NEAR(id.shx, 0.0, 1e-12);
-    EXPECT_NEAR(id.sy, 1.0, 1e-12);
-    EXPECT_NEAR(id.tx, 0.0, 1e-12);
-    EXPECT_NEAR(id.ty, 0.0, 1e-12);
+  ASSERT_TRUE(InvertAffine(a, &inv));
+  for (P p : {P{0, 0}, P{1, 0}, P{0, 1}, P{-3.5, 12.25}}) {
+    ExpectMaps(MultiplyAffine(a, b), p, Apply(b, Apply(a, p)));  // first a, then b
+    ExpectMaps(MultiplyAffine(a, inv), p, p);
+    ExpectMaps(MultiplyAffine(inv, a), p, p);
   }
   agg::trans_affine untouched(1, 2, 3, 4, 5, 6);
   EXPECT_FALSE(InvertAffine(agg::trans_affine(1.0, 2.0, 2.0, 4.0, 0, 0), &untouched));
   EXPECT_FALSE(InvertAffine(agg::trans_affine(NAN, 0, 0, 1, 0, 0), &untouched));
   EXPECT_EQ(untouched.tx, 5.0);
-}
 
-TEST(AffineCompanions, RectangleMapsOntoTheParallelogram) {
   const double parl[6] = {10, 20, 50, 30, 60, 90};
   const agg::trans_affine m = RectToParallelogram(0, 0, 8, 4, parl);
-  const P a = Apply(m, {0, 0}), b = Apply(m, {8, 0}), c = Apply(m, {8, 4}), d = Apply(m, {0, 4});
-  EXPECT_NEAR(a.x, 10, 1e-12);
-  EXPECT_NEAR(a.y, 20, 1e-12);
-  EXPECT_NEAR(b.x, 50, 1e-12);
-  EXPECT_NEAR(b.y, 30, 1e-12);
-  EXPECT_NEAR(c.x, 60, 1e-12);
-  EXPECT_NEAR(c.y, 90, 1e-12);
-  EXPECT_NEAR(d.x, 20, 1e-12);  // the fourth corner completes the parallelogram
-  EXPECT_NEAR(d.y, 80, 1e-12);
-
+  ExpectMaps(m, {0, 0}, {10, 20});
+  ExpectMaps(m, {8, 0}, {50, 30});
+  ExpectMaps(m, {8, 4}, {60, 90});
+  ExpectMaps(m, {0, 4}, {20, 80});  // the fourth corner completes the parallelogram
   const double square[6] = {3, 4, 13, 4, 13, 9};
-  const agg::trans_affine s = RectToParallelogram(-2, -1, 2, 1, square);
-  const P mid = Apply(s, {0, 0});
-  EXPECT_NEAR(mid.x, 8, 1e-12);
-  EXPECT_NEAR(mid.y, 6.5, 1e-12);
-
-  agg::trans_affine inv;
+  ExpectMaps(RectToParallelogram(-2, -1, 2, 1, square), {0, 0}, {8, 6.5});
   EXPECT_FALSE(InvertAffine(RectToParallelogram(5, 0, 5, 4, parl), &inv));
 }
 
@@ -203,22 +181,20 @@ TEST(ClosedContourStroker, StrokeOfWidthWReachesHalfOfItToEachSide) {
   }
   EXPECT_NEAR(minX, 7.0, 1e-9);  // miter corners, not bevelled
   EXPECT_NEAR(maxX, 113.0, 1e-9);
-}
 
-TEST(ClosedContourStroker, SharpCornersFallBackToBevelBeyondTheMiterLimit) {
-  // A thin spike: its tip angle is far below the miter limit of 4.
-  const OutlinePath path{
+  // A thin spike, its tip far sharper than the miter limit of 4 allows: bevelled within 4 half widths.
+  const OutlinePath spike{
       {0, 0, kPathMoveTo}, {100, 2, kPathLineTo}, {0, 4, kPathLineTo}, {0, 0, kPathLineTo}};
-  FlattenedPath flat(path, 0.25);
-  ClosedContourStroker<FlattenedPath> stroke(flat);
-  stroke.width(4.0);
-  std::vector<std::vector<P>> polys;
-  PolygonAreas(stroke, &polys);
+  FlattenedPath spikeFlat(spike, 0.25);
+  ClosedContourStroker<FlattenedPath> spikeStroke(spikeFlat);
+  spikeStroke.width(4.0);
+  polys.clear();
+  PolygonAreas(spikeStroke, &polys);
   ASSERT_EQ(polys.size(), 2u);
-  double maxX = -1e9;
-  for (const P& p : polys[0]) maxX = std::max(maxX, p.x);
-  for (const P& p : polys[1]) maxX = std::max(maxX, p.x);
-  EXPECT_LE(maxX, 100.0 + 4.0 * 2.0 + 1e-9);  // within the miter limit times half the width
+  maxX = -1e9;
+  for (const auto& poly : polys)
+    for (const P& p : poly) maxX = std::max(maxX, p.x);
+  EXPECT_LE(maxX, 100.0 + 4.0 * 2.0 + 1e-9);
   EXPECT_GT(maxX, 100.0);
 }
 

@@ -9,8 +9,13 @@
 
 namespace lx::effects_test {
 
+constexpr double kPi = 3.141592653589793;
+
 inline uint32_t Pixel(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t alpha) {
   return uint32_t{b0} | uint32_t{b1} << 8 | uint32_t{b2} << 16 | uint32_t{alpha} << 24;
+}
+inline uint32_t Grey(uint8_t v, uint8_t alpha = 255) {
+  return Pixel(v, v, v, alpha);
 }
 inline uint8_t Byte(uint32_t pixel, int i) {
   return static_cast<uint8_t>(pixel >> (8 * i));
@@ -43,6 +48,24 @@ inline TestImage RandomImage(int32_t w, int32_t h, unsigned seed, double transpa
     if (share(rng) < transparentShare) p &= 0x00FFFFFFu;
   }
   return image;
+}
+
+// The image's middle as a view of its own: rows further apart than the view's width.
+inline PixelView Middle(TestImage& image, int32_t left, int32_t top, int32_t width, int32_t height) {
+  PixelView view = image.view();
+  view.pixels += (static_cast<size_t>(top) * image.width + left) * 4;
+  view.width = width;
+  view.height = height;
+  return view;
+}
+
+// Whether everything outside [left, right) x [top, bottom) is as it was.
+inline bool UnchangedOutside(const TestImage& now, const TestImage& before, int32_t left, int32_t top,
+                             int32_t right, int32_t bottom) {
+  for (int32_t y = 0; y < now.height; ++y)
+    for (int32_t x = 0; x < now.width; ++x)
+      if ((x < left || x >= right || y < top || y >= bottom) && now.at(x, y) != before.at(x, y)) return false;
+  return true;
 }
 
 }  // namespace lx::effects_test

@@ -11,14 +11,7 @@
 namespace lx {
 namespace {
 
-using effects_test::Byte;
-using effects_test::Pixel;
-using effects_test::RandomImage;
-using effects_test::TestImage;
-
-uint32_t Grey(uint8_t v, uint8_t alpha = 255) {
-  return Pixel(v, v, v, alpha);
-}
+using namespace effects_test;
 
 std::vector<uint32_t> Row(const TestImage& image, int32_t y) {
   return {image.pixels.begin() + y * image.width, image.pixels.begin() + (y + 1) * image.width};
@@ -36,7 +29,7 @@ TestImage Stack(const std::vector<uint32_t>& a, const std::vector<uint32_t>& b,
   return image;
 }
 
-TEST(EmbossFilter, FlatOpaqueAreaShadesToTheBackgroundAtAnyWidth) {
+TEST(EmbossFilter, FlatAreaShadesToTheBackgroundAtAnyWidthAndHolesBecomeZero) {
   // sin(60 degrees) * 255.9 = 221.6; the sheared neighbourhood of a flat area is flat however narrow.
   EmbossFilter emboss;
   for (int32_t width : {1, 2, 3, 17}) {
@@ -47,14 +40,19 @@ TEST(EmbossFilter, FlatOpaqueAreaShadesToTheBackgroundAtAnyWidth) {
   TestImage translucent(8, 4, Pixel(1, 2, 3, 77));
   emboss.apply(translucent.view());
   for (uint32_t p : translucent.pixels) EXPECT_EQ(p, Grey(221, 77));
-}
-
-TEST(EmbossFilter, ImagesOfFewerThanThreeRowsAreLeftAlone) {
-  EmbossFilter emboss;
-  TestImage image = RandomImage(20, 2, 4, 0.2);
-  const TestImage before = image;
-  emboss.apply(image.view());
-  EXPECT_EQ(image.pixels, before.pixels);
+  // Transparent pixels become 0; heights come from the colour bytes alone, so their neighbours stay flat.
+  TestImage holes(6, 6, Pixel(200, 100, 50, 255));
+  holes.at(2, 3) = Pixel(200, 100, 50, 0);
+  holes.at(5, 4) = Pixel(255, 255, 255, 0);
+  emboss.apply(holes.view());
+  EXPECT_EQ(holes.at(2, 3), 0u);
+  EXPECT_EQ(holes.at(5, 4), 0u);
+  EXPECT_EQ(holes.at(3, 3), Grey(221));
+  // Fewer than three rows: left alone.
+  TestImage low = RandomImage(20, 2, 4, 0.2);
+  const TestImage before = low;
+  emboss.apply(low.view());
+  EXPECT_EQ(low.pixels, before.pixels);
 }
 
 TEST(EmbossFilter, EdgeRowsAreShadedAroundTheRowsInsideThem) {
@@ -74,18 +72,6 @@ TEST(EmbossFilter, EdgeRowsAreShadedAroundTheRowsInsideThem) {
   emboss.apply(bottom.view());
   EXPECT_EQ(Row(image, 2), Row(bottom, 1));
   for (uint32_t p : Row(image, 0)) EXPECT_EQ(Byte(p, 3), 255);
-}
-
-TEST(EmbossFilter, TransparentPixelsBecomeZero) {
-  EmbossFilter emboss;
-  TestImage image(6, 6, Pixel(200, 100, 50, 255));
-  image.at(2, 3) = Pixel(200, 100, 50, 0);
-  image.at(5, 4) = Pixel(255, 255, 255, 0);
-  emboss.apply(image.view());
-  EXPECT_EQ(image.at(2, 3), 0u);
-  EXPECT_EQ(image.at(5, 4), 0u);
-  // Heights come from the colour bytes alone, so the holes' neighbours still see a flat field.
-  EXPECT_EQ(image.at(3, 3), Grey(221));
 }
 
 TEST(EmbossFilter, SlopesAreLitFromTheAzimuth) {
@@ -130,25 +116,7 @@ void NaiveSquareBleed(TestImage& image, int32_t d) {
   }
 }
 
-TEST(SquareColourBleed, GivesTransparentNeighboursTheLastColourInRowOrder) {
-  TestImage image(12, 12);
-  image.at(4, 4) = Pixel(10, 20, 30, 255);
-  image.at(6, 4) = Pixel(40, 50, 60, 128);  // later in the same row
-  image.at(4, 7) = Pixel(70, 80, 90, 1);    // in a later row
-  image.at(1, 6) = Pixel(99, 99, 99, 255);  // less than 2 pixels from the edge: gives nothing
-  SquareColourBleed(image.view(), 2);
-
-  EXPECT_EQ(image.at(2, 2), Pixel(10, 20, 30, 0));
-  EXPECT_EQ(image.at(5, 3), Pixel(40, 50, 60, 0));
-  EXPECT_EQ(image.at(5, 5), Pixel(70, 80, 90, 0));
-  EXPECT_EQ(image.at(8, 2), Pixel(40, 50, 60, 0));
-  EXPECT_EQ(image.at(9, 4), 0u);
-  EXPECT_EQ(image.at(0, 6), 0u);
-  EXPECT_EQ(image.at(4, 4), Pixel(10, 20, 30, 255));
-  EXPECT_EQ(image.at(1, 6), Pixel(99, 99, 99, 255));
-}
-
-TEST(SquareColourBleed, MatchesThePixelByPixelDefinition) {
+TEST(SquareColourBleed, MatchesThePixelByPixelDefinitionAndNeedsRoom) {
   for (int32_t d : {1, 2, 3, 7}) {
     for (double share : {0.5, 0.97}) {
       TestImage image = RandomImage(41, 29, static_cast<unsigned>(d * 100 + share * 10), share);
@@ -158,14 +126,12 @@ TEST(SquareColourBleed, MatchesThePixelByPixelDefinition) {
       EXPECT_EQ(image.pixels, expected.pixels) << "distance " << d << " share " << share;
     }
   }
-}
-
-TEST(SquareColourBleed, DoesNothingWithoutRoom) {
+  // Without room (no pixel lies 5 inside a 9-pixel image) nothing changes.
   TestImage image = RandomImage(9, 9, 3, 0.5);
   const TestImage before = image;
   SquareColourBleed(image.view(), 0);
   SquareColourBleed(image.view(), -3);
-  SquareColourBleed(image.view(), 5);  // no pixel lies 5 inside a 9-pixel image
+  SquareColourBleed(image.view(), 5);
   SquareColourBleed(image.view(), 2147483647);
   EXPECT_EQ(image.pixels, before.pixels);
 }

@@ -108,19 +108,14 @@ TEST(GradientFill, RadialRampRunsBetweenTheTwoFractionsOfTheRadius) {
   // Symmetric about the centre.
   EXPECT_LE(Distance(s.at(32 + 12, 32), s.at(31 - 12, 32)), 1);
   EXPECT_LE(Distance(s.at(32 + 12, 32), s.at(32, 31 - 12)), 1);
-}
 
-TEST(GradientFill, RadialParametersAreTruncatedToSixteenths) {
   // 0.49 is 7.84 sixteenths: truncated to 7, the step lies at 7 / 16 of the 32-pixel radius, 14 pixels.
-  DrawingScene s(64, 64);
-  Rectangle(&s, 0, 0, 64, 64);
-  FaceGradient(&s, kGradientRadial, kRed, kBlue);
+  s.clear();
   s.process.face.gradientFrom = s.process.face.gradientTo = 0.49;
   s.draw(kDrawFace);
-  EXPECT_EQ(s.at(32 + 13, 32), PixelOf(kRed));
-  EXPECT_EQ(s.at(32 + 14, 32), PixelOf(kBlue));
-  EXPECT_EQ(s.at(31 - 13, 32), PixelOf(kRed));
-  EXPECT_EQ(s.at(31 - 14, 32), PixelOf(kBlue));
+  EXPECT_EQ(
+      (std::vector<uint32_t>{s.at(32 + 13, 32), s.at(32 + 14, 32), s.at(31 - 13, 32), s.at(31 - 14, 32)}),
+      (std::vector<uint32_t>{PixelOf(kBlack), PixelOf(kWhite), PixelOf(kBlack), PixelOf(kWhite)}));
 }
 
 TEST(GradientFill, RadialOnAWideAreaIsAnEllipse) {
@@ -160,9 +155,8 @@ TEST(GradientFill, AngledGradientSpansTheAreaAlongItsDirection) {
   EXPECT_EQ(q.at(39, 39), PixelOf(kBlue));
   EXPECT_LE(Distance(q.at(39, 0), q.at(0, 39)), 1);  // the other two corners half way
   EXPECT_NEAR(Channel(q.at(39, 0), 0), 128, 2);
-}
 
-TEST(GradientFill, AngleOfHalfPiMatchesTopToBottom) {
+  // Half pi runs as top to bottom does.
   DrawingScene a(30, 70), b(30, 70);
   Rectangle(&a, 0, 0, 30, 70);
   Rectangle(&b, 0, 0, 30, 70);
@@ -248,88 +242,62 @@ void ExpectRamp(const FillSettings& f, const std::vector<std::pair<double, uint3
   EXPECT_EQ(ramp[255], PixelOf(stops.back().second));
 }
 
-TEST(GradientRamp, EqualWeightsShareTheRampEvenly) {
+TEST(GradientRamp, WeightsPlaceTheColourCentres) {
   const uint32_t a = Packed(255, 0, 0, 255), b = Packed(0, 255, 0, 128), c = Packed(0, 0, 255, 0);
-  FillSettings f;
-  f.useGradientTable = 1;
-  f.gradientColours = {a, b, c};
-  f.gradientStops = {1, 1, 1};
-  // Centres at 1/6, 1/2 and 5/6; the outer two stretched to the ends.
-  ExpectRamp(f, {{0.0, a}, {0.5, b}, {1.0, c}});
-  f.gradientStops = {7, 7, 7};
-  ExpectRamp(f, {{0.0, a}, {0.5, b}, {1.0, c}});
-}
-
-TEST(GradientRamp, ZeroWeightDropsItsColour) {
-  const uint32_t a = Packed(255, 0, 0, 255), b = Packed(0, 255, 0, 255), c = Packed(0, 0, 255, 255);
-  FillSettings f;
+  const uint32_t start = Packed(0, 0, 0, 255), end = Packed(255, 255, 255, 255);
+  const struct {
+    int32_t useTable;
+    std::vector<uint32_t> colours, weights;
+    std::vector<std::pair<double, uint32_t>> stops;
+  } cases[] = {
+      // Centres at 1/6, 1/2 and 5/6; the outer two stretched to the ends.
+      {1, {a, b, c}, {1, 1, 1}, {{0.0, a}, {0.5, b}, {1.0, c}}},
+      {1, {a, b, c}, {7, 7, 7}, {{0.0, a}, {0.5, b}, {1.0, c}}},
+      {1, {a, b, c}, {5, 0, 5}, {{0.0, a}, {1.0, c}}},
+      // Shares [0, 1/2), [1/2, 3/4), [3/4, 1]: centres 1/4, 5/8, 7/8; the first and last moved to the ends.
+      {1, {a, b, c}, {2, 1, 1}, {{0.0, a}, {0.625, b}, {1.0, c}}},
+      {1, {a, b, a}, {0, 0, 0}, {{0.0, a}, {0.5, b}, {1.0, a}}},
+      {1, {a, b, a}, {}, {{0.0, a}, {0.5, b}, {1.0, a}}},
+      {1, {b}, {9}, {{0.0, b}, {1.0, b}}},
+      {1, {}, {}, {{0.0, start}, {1.0, end}}},          // a table in force but empty
+      {0, {a, b}, {1, 1}, {{0.0, start}, {1.0, end}}},  // a table out of force
+  };
+  for (const auto& k : cases) {
+    SCOPED_TRACE(&k - cases);
+    FillSettings f;
+    f.startColour = start;
+    f.endColour = end;
+    f.useGradientTable = k.useTable;
+    f.gradientColours = k.colours;
+    f.gradientStops = k.weights;
+    ExpectRamp(f, k.stops);
+  }
+  FillSettings f;  // no trace of a colour whose weight is 0; one colour is solid
   f.useGradientTable = 1;
   f.gradientColours = {a, b, c};
   f.gradientStops = {5, 0, 5};
-  ExpectRamp(f, {{0.0, a}, {1.0, c}});
   uint32_t ramp[256];
   BuildGradientRamp(f, ramp, 256);
-  for (uint32_t p : ramp) EXPECT_EQ(Channel(p, 8), 0);  // no trace of green
-}
-
-TEST(GradientRamp, UnequalWeightsMoveTheCentres) {
-  const uint32_t a = Packed(255, 0, 0, 255), b = Packed(0, 255, 0, 255), c = Packed(0, 0, 255, 255);
-  FillSettings f;
-  f.useGradientTable = 1;
-  f.gradientColours = {a, b, c};
-  f.gradientStops = {2, 1, 1};
-  // Shares [0, 1/2), [1/2, 3/4), [3/4, 1]: centres 1/4, 5/8, 7/8; the first and last moved to 0 and 1.
-  ExpectRamp(f, {{0.0, a}, {0.625, b}, {1.0, c}});
-}
-
-TEST(GradientRamp, AllZeroOrMissingWeightsCountAsOne) {
-  const uint32_t a = Packed(10, 20, 30, 40), b = Packed(200, 100, 50, 250);
-  FillSettings f;
-  f.useGradientTable = 1;
-  f.gradientColours = {a, b, a};
-  f.gradientStops = {0, 0, 0};
-  ExpectRamp(f, {{0.0, a}, {0.5, b}, {1.0, a}});
-  f.gradientStops.clear();
-  ExpectRamp(f, {{0.0, a}, {0.5, b}, {1.0, a}});
-}
-
-TEST(GradientRamp, OneColourIsSolidAndNoTableMeansStartToEnd) {
-  FillSettings f;
-  f.startColour = Packed(0, 0, 0, 255);
-  f.endColour = Packed(255, 255, 255, 255);
-  f.useGradientTable = 1;
-  f.gradientColours = {Packed(1, 2, 3, 4)};
-  f.gradientStops = {9};
-  uint32_t ramp[256];
+  for (uint32_t p : ramp) EXPECT_EQ(Channel(p, 8), 0);
+  f.gradientColours = {b};
   BuildGradientRamp(f, ramp, 256);
-  for (uint32_t p : ramp) EXPECT_EQ(p, PixelOf(Packed(1, 2, 3, 4)));
-
-  f.gradientColours.clear();  // a table in force but empty: the start and end colours
-  ExpectRamp(f, {{0.0, f.startColour}, {1.0, f.endColour}});
-  f.gradientColours = {Packed(1, 2, 3, 4), Packed(5, 6, 7, 8)};
-  f.useGradientTable = 0;  // a table out of force
-  ExpectRamp(f, {{0.0, f.startColour}, {1.0, f.endColour}});
+  for (uint32_t p : ramp) EXPECT_EQ(p, PixelOf(b));
 }
 
 TEST(GradientArea, UserAreaThenFitModeThenShape) {
   FillSettings f;
   const IntRect shape{1, 2, 3, 4}, buffer{-5, -6, 100, 200};
-  IntRect r = GradientArea(f, shape, buffer);
-  EXPECT_EQ(r.left, 1);
-  EXPECT_EQ(r.bottom, 4);
+  const auto area = [&] {
+    const IntRect r = GradientArea(f, shape, buffer);
+    return std::vector<int32_t>{r.left, r.top, r.right, r.bottom};
+  };
+  EXPECT_EQ(area(), (std::vector<int32_t>{1, 2, 3, 4}));
   f.gradientFitMode = 1;
-  r = GradientArea(f, shape, buffer);
-  EXPECT_EQ(r.left, -5);
-  EXPECT_EQ(r.bottom, 200);
+  EXPECT_EQ(area(), (std::vector<int32_t>{-5, -6, 100, 200}));
   f.userGradientArea = {10, 20, 30, 40};
-  r = GradientArea(f, shape, buffer);
-  EXPECT_EQ(r.left, 5);
-  EXPECT_EQ(r.top, 14);
-  EXPECT_EQ(r.right, 25);
-  EXPECT_EQ(r.bottom, 34);
+  EXPECT_EQ(area(), (std::vector<int32_t>{5, 14, 25, 34}));
   f.userGradientArea = {INT32_MAX - 1, 0, INT32_MAX, 10};
-  r = GradientArea(f, shape, IntRect{10, 0, 20, 20});
-  EXPECT_EQ(r.left, INT32_MAX);  // held at the integer range
+  EXPECT_EQ(GradientArea(f, shape, IntRect{10, 0, 20, 20}).left, INT32_MAX);  // held at the integer range
 }
 
 }  // namespace

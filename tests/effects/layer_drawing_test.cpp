@@ -25,64 +25,52 @@ double RoundContourArea(double r, int n) {
   return triangles + n * (2.0 / 3.0) * 0.5 * chord * height;
 }
 
-TEST(LayerDrawing, FilledSquareCoversItsArea) {
-  DrawingScene s(80, 80);
+TEST(LayerDrawing, FilledShapesCoverTheirArea) {
+  DrawingScene square(80, 80);
   test::ContourRecords r;
   r.begin(test::Pt(10, 10))
       .line({test::Pt(60.5, 10), test::Pt(60.5, 60.5), test::Pt(10, 60.5), test::Pt(10, 10)})
       .end();
-  s.setPath(r);
-  s.draw(kDrawFace);
-  const double area = 50.5 * 50.5;
-  EXPECT_NEAR(s.coverage(), area, area * 0.01);
-  EXPECT_EQ(s.at(30, 30), 0xFFFFFFFFu);  // the default Face: opaque white
-  EXPECT_EQ(s.at(5, 5), 0u);
-}
+  square.setPath(r);
+  square.draw(kDrawFace);
+  EXPECT_NEAR(square.coverage(), 50.5 * 50.5, 50.5 * 50.5 * 0.01);
+  EXPECT_EQ(square.at(30, 30), 0xFFFFFFFFu);  // the default Face: opaque white
+  EXPECT_EQ(square.at(5, 5), 0u);
 
-TEST(LayerDrawing, QuadraticCircleCoversItsArea) {
-  DrawingScene s(120, 120);
-  test::ContourRecords r;
-  test::AddRoundContour(&r, 60, 60, 45, 8);
-  s.setPath(r);
-  s.draw(kDrawFace);
-  const double area = RoundContourArea(45, 8);
-  EXPECT_NEAR(s.coverage(), area, area * 0.01);
+  DrawingScene circle(120, 120);
+  test::ContourRecords c;
+  test::AddRoundContour(&c, 60, 60, 45, 8);
+  circle.setPath(c);
+  circle.draw(kDrawFace);
+  EXPECT_NEAR(circle.coverage(), RoundContourArea(45, 8), RoundContourArea(45, 8) * 0.01);
   // Curves, not the polygon of their control points, which reaches 48.7 from the centre at 22.5 degrees
   // where the curve reaches 45.1.
-  EXPECT_EQ(s.at(103, 77), 0u);
-  EXPECT_EQ(s.at(102, 60), 0xFFFFFFFFu);
+  EXPECT_EQ(circle.at(103, 77), 0u);
+  EXPECT_EQ(circle.at(102, 60), 0xFFFFFFFFu);
 }
 
-TEST(LayerDrawing, StrokeOfWidthWCoversPerimeterTimesW) {
-  for (double w : {1.0, 2.0, 6.0, 9.5}) {
+TEST(LayerDrawing, StrokeOfWidthWCoversItsLengthTimesW) {
+  const uint32_t blue = Packed(0, 0, 255, 255);
+  for (double w : {1.0, 2.0, 4.0, 6.0, 9.5}) {
     DrawingScene s(120, 120);
     test::ContourRecords r;
-    test::AddSquare(&r, 30, 30, 60);
+    const bool round = w == 4.0;  // a curve that is nearly the circle of radius 40
+    if (round) {
+      test::AddRoundContour(&r, 60, 60, 40, 12);
+    } else {
+      test::AddSquare(&r, 30, 30, 60);
+    }
     s.setPath(r);
     s.process.strokeWidth = w;
-    s.process.outline.startColour = s.process.outline.endColour = Packed(0, 0, 255, 255);
+    s.process.outline.startColour = s.process.outline.endColour = blue;
     s.draw(kDrawOutline);
-    EXPECT_NEAR(s.coverage(), 240 * w, 240 * w * 0.02) << w;
+    const double band = (round ? 2 * kPi * 40 : 240) * w;
+    EXPECT_NEAR(s.coverage(), band, band * 0.02) << w;
     EXPECT_EQ(s.at(60, 60), 0u);  // the inside stays empty
     if (w >= 2) {
-      EXPECT_EQ(s.at(30, 60), PixelOf(Packed(0, 0, 255, 255)));
+      EXPECT_EQ(s.at(round ? 100 : 30, 60), PixelOf(blue)) << w;
     }
   }
-}
-
-TEST(LayerDrawing, StrokeFollowsCurves) {
-  DrawingScene s(120, 120);
-  test::ContourRecords r;
-  test::AddRoundContour(&r, 60, 60, 40, 12);
-  s.setPath(r);
-  s.process.strokeWidth = 4.0;
-  s.process.outline.startColour = s.process.outline.endColour = Packed(255, 0, 0, 255);
-  s.draw(kDrawOutline);
-  // A band of width 4 along a curve that is nearly the circle of radius 40: its length times 4.
-  const double band = 2 * kPi * 40 * 4;
-  EXPECT_NEAR(s.coverage(), band, band * 0.02);
-  EXPECT_EQ(s.at(60, 60), 0u);
-  EXPECT_EQ(s.at(100, 60), PixelOf(Packed(255, 0, 0, 255)));
 }
 
 TEST(LayerDrawing, ModesChooseLayersAndOrder) {
@@ -135,20 +123,6 @@ TEST(LayerDrawing, VerticesGoThroughTheGlyphMatrix) {
   EXPECT_EQ(s.at(29, 5), 0u);
 }
 
-TEST(LayerDrawing, PackedColoursBecomePixelsWithRedAndBlueSwapped) {
-  test::ContourRecords r;
-  test::AddSquare(&r, 2, 2, 6);
-  DrawingScene s(10, 10);
-  s.setPath(r);
-  s.process.face.startColour = s.process.face.endColour = Packed(0x11, 0x22, 0x33, 0xFF);
-  s.draw(kDrawFace);
-  const uint8_t* bytes = reinterpret_cast<const uint8_t*>(&s.pixels()[5 * 10 + 5]);
-  EXPECT_EQ(bytes[0], 0x33);
-  EXPECT_EQ(bytes[1], 0x22);
-  EXPECT_EQ(bytes[2], 0x11);
-  EXPECT_EQ(bytes[3], 0xFF);
-}
-
 TEST(LayerDrawing, TranslucentLayerKeepsItsColourBytesAtTheEdges) {
   test::ContourRecords r;
   test::AddRoundContour(&r, 20, 20, 15, 8);
@@ -167,7 +141,7 @@ TEST(LayerDrawing, TranslucentLayerKeepsItsColourBytesAtTheEdges) {
   EXPECT_EQ(s.at(20, 20) >> 24, 128u);
 }
 
-TEST(LayerDrawing, EmptySurfaceOrPathDrawsNothing) {
+TEST(LayerDrawing, EmptySurfaceOrPathDrawsNothingAndFarShapesAreClipped) {
   DrawingScene s(10, 10);
   s.draw(kDrawFace);  // no path
   EXPECT_EQ(s.coverage(), 0.0);
@@ -177,17 +151,16 @@ TEST(LayerDrawing, EmptySurfaceOrPathDrawsNothing) {
   s.surface.pixels = nullptr;
   s.draw(kDrawFace);
   EXPECT_EQ(s.coverage(), 0.0);
-}
 
-TEST(LayerDrawing, ShapesFarOutsideTheSurfaceAreClipped) {
-  test::ContourRecords r;
-  test::AddSquare(&r, -30000, -30000, 60000);
-  DrawingScene s(16, 16);
-  s.setPath(r);
-  s.process.glyphMatrix.sx = s.process.glyphMatrix.sy = 1e6;
-  s.process.strokeWidth = 3.0;
-  s.draw(kDrawFaceThenOutline);
-  EXPECT_EQ(s.at(8, 8), 0xFFFFFFFFu);
+  // Shapes far outside the surface are clipped.
+  test::ContourRecords huge;
+  test::AddSquare(&huge, -30000, -30000, 60000);
+  DrawingScene far(16, 16);
+  far.setPath(huge);
+  far.process.glyphMatrix.sx = far.process.glyphMatrix.sy = 1e6;
+  far.process.strokeWidth = 3.0;
+  far.draw(kDrawFaceThenOutline);
+  EXPECT_EQ(far.at(8, 8), 0xFFFFFFFFu);
 }
 
 TEST(UniformColour, StartAndEndColours) {

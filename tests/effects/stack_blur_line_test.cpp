@@ -1,5 +1,5 @@
-// The two paths of the stack-blur line give the same pixels: lines of random, sparse and flat content, at
-// small, odd and the largest radii, every write mask and a stride between outputs.
+// The wide path of the stack-blur line must give the scalar path's pixels, on random, sparse and flat
+// lines, at every radius class, write mask and a stride between outputs; the blur's own tests hold it to AGG.
 #include "effects/stack_blur_line.h"
 
 #include <gtest/gtest.h>
@@ -14,17 +14,8 @@ std::vector<uint32_t> Line(size_t n, unsigned seed, int kind) {
   std::mt19937 rng(seed);
   std::vector<uint32_t> line(n, 0);
   for (size_t i = 0; i < n; ++i) {
-    switch (kind) {
-      case 0:  // every byte random
-        line[i] = rng();
-        break;
-      case 1:  // mostly empty, a few pixels
-        if (rng() % 9 == 0) line[i] = rng();
-        break;
-      default:  // runs of a few colours, some longer than any window
-        line[i] = (i / (1 + rng() % 3) / 37) % 2 ? 0xFFFFFFFFu : 0x80204060u;
-        break;
-    }
+    if (kind == 0 || (kind == 1 && rng() % 9 == 0)) line[i] = rng();  // random, or mostly empty
+    if (kind == 2) line[i] = (i / (1 + rng() % 3) / 37) % 2 ? 0xFFFFFFFFu : 0x80204060u;  // long runs
   }
   return line;
 }
@@ -48,23 +39,6 @@ TEST(StackBlurLine, WideAndScalarPathsAgree) {
           ASSERT_EQ(wide, scalar) << "length " << n << ", radius " << r << ", kind " << kind << ", mask "
                                   << std::hex << mask;
         }
-      }
-    }
-  }
-}
-
-// A flat line blurs to itself up to the tables' rounding, whatever the path: the sums of a full window
-// of one value are that value times the window's weight.
-TEST(StackBlurLine, FlatLineKeepsItsValueNearly) {
-  for (KernelPath path : {KernelPath::kScalar, KernelPath::kWide}) {
-    const std::vector<uint32_t> src(600, 0xC8643219u);
-    std::vector<uint32_t> dst(600, 0);
-    StackBlurLine(src.data(), 600, 20, dst.data(), 1, 0xFFFFFFFFu, path);
-    for (uint32_t p : dst) {
-      for (int c = 0; c < 4; ++c) {
-        const int want = (0xC8643219u >> (8 * c)) & 0xFF, got = (p >> (8 * c)) & 0xFF;
-        EXPECT_LE(want - got, 1);
-        EXPECT_GE(want - got, 0);
       }
     }
   }

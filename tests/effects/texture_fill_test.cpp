@@ -43,17 +43,28 @@ TEST(TextureFill, RepeatedFromTheRectanglesCornerAtItsOwnSize) {
   }
 }
 
-TEST(TextureFill, UnknownTilingRepeatsAndAnEmptyRectangleMeansTheShapesBox) {
-  DrawingScene s(40, 40);
+TEST(TextureFill, EmptyRectangleMeansTheShapesBoxUnderTheGlyphMatrix) {
+  // An unknown tiling repeats; the box of a shape at (5, 6) moved by (10, 5) starts at (15, 11).
+  DrawingScene s(50, 50);
   Square(&s, 5, 6, 30);
+  s.process.glyphMatrix.translate(10, 5);
   s.setTexture(&s.process.face, kChecker, 2, 2);
   s.process.face.textureTiling = 7;
   s.draw(kDrawFace);
-  EXPECT_EQ(s.at(5, 6), kA);
-  EXPECT_EQ(s.at(6, 6), kB);
-  EXPECT_EQ(s.at(5, 7), kC);
-  EXPECT_EQ(s.at(34, 35), kD);
-  EXPECT_EQ(s.at(4, 6), 0u);
+  const struct {
+    int x, y;
+    uint32_t want;
+  } probes[] = {{15, 11, kA}, {16, 11, kB}, {15, 12, kC}, {44, 40, kD}, {14, 11, 0u}, {15, 10, 0u}};
+  for (const auto& p : probes) EXPECT_EQ(s.at(p.x, p.y), p.want) << p.x << "," << p.y;
+
+  // A rectangle of the caller's is under the glyph matrix too.
+  s.clear();
+  s.process.face.textureTiling = kTextureRepeated;
+  LayerAreas areas;
+  areas.faceTexture = {0, 0, 2, 2};
+  s.draw(kDrawFace, areas);
+  EXPECT_EQ((std::vector<uint32_t>{s.at(16, 11), s.at(17, 11), s.at(16, 12)}),
+            (std::vector<uint32_t>{kA, kB, kC}));
 }
 
 TEST(TextureFill, StretchedIsFilteredBilinearlyWithClampedEdges) {
@@ -65,10 +76,7 @@ TEST(TextureFill, StretchedIsFilteredBilinearlyWithClampedEdges) {
   areas.faceTexture = {10, 10, 30, 30};  // each texel becomes 10 x 10 pixels
   s.draw(kDrawFace, areas);
   // Towards the outer edge of each quadrant only one texel contributes.
-  EXPECT_EQ(s.at(12, 12), kA);
-  EXPECT_EQ(s.at(27, 12), kB);
-  EXPECT_EQ(s.at(12, 27), kC);
-  EXPECT_EQ(s.at(27, 27), kD);
+  EXPECT_EQ((std::vector<uint32_t>{s.at(12, 12), s.at(27, 12), s.at(12, 27), s.at(27, 27)}), kChecker);
   // Between texel centres the colours are mixed: every byte strictly between A's and B's.
   const uint32_t mid = s.at(20, 12);
   for (int sh = 0; sh < 24; sh += 8) {
@@ -76,10 +84,7 @@ TEST(TextureFill, StretchedIsFilteredBilinearlyWithClampedEdges) {
     EXPECT_LT(Channel(mid, sh), Channel(kB, sh));
   }
   // Beyond the rectangle the edge texels continue.
-  EXPECT_EQ(s.at(37, 12), kB);
-  EXPECT_EQ(s.at(2, 37), kC);
-  EXPECT_EQ(s.at(39, 39), kD);
-  EXPECT_EQ(s.at(0, 0), kA);
+  EXPECT_EQ((std::vector<uint32_t>{s.at(0, 0), s.at(37, 12), s.at(2, 37), s.at(39, 39)}), kChecker);
 }
 
 TEST(TextureFill, CentredOnceOnWhite) {
@@ -139,26 +144,8 @@ TEST(TextureFill, CentredOutlineGroundCoversTheStroke) {
   c.process.outline.textureTiling = kTextureCentred;
   c.process.strokeWidth = 14.0;
   c.draw(kDrawOutline);
-  EXPECT_EQ(c.at(25, 30), kB);
-  EXPECT_EQ(c.at(34, 30), kB);
-  EXPECT_EQ(c.at(30, 25), kB);
-  EXPECT_EQ(c.at(24, 30), kWhitePixel);
-  EXPECT_EQ(c.at(35, 30), kWhitePixel);
-}
-
-TEST(TextureFill, FollowsTheGlyphMatrix) {
-  DrawingScene s(40, 40);
-  Square(&s, 0, 0, 20);
-  s.process.glyphMatrix.translate(10, 5);
-  s.setTexture(&s.process.face, kChecker, 2, 2);
-  s.process.face.textureTiling = kTextureRepeated;
-  LayerAreas areas;
-  areas.faceTexture = {0, 0, 2, 2};
-  s.draw(kDrawFace, areas);
-  EXPECT_EQ(s.at(10, 5), kA);
-  EXPECT_EQ(s.at(11, 5), kB);
-  EXPECT_EQ(s.at(10, 6), kC);
-  EXPECT_EQ(s.at(9, 5), 0u);
+  EXPECT_EQ((std::vector<uint32_t>{c.at(25, 30), c.at(34, 30), c.at(30, 25), c.at(24, 30), c.at(35, 30)}),
+            (std::vector<uint32_t>{kB, kB, kB, kWhitePixel, kWhitePixel}));
 }
 
 TEST(TextureFill, WithoutPixelsTheLayerFallsBackToItsColour) {

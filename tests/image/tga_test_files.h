@@ -16,15 +16,24 @@ using Bytes = std::vector<uint8_t>;
 
 // The 18 header bytes of a file with no ID field, no colour map and origin (0, 0).
 inline Bytes TgaHeader(uint8_t type, uint16_t width, uint16_t height, uint8_t bits, uint8_t descriptor = 0) {
-  Bytes h(18, 0);
-  h[2] = type;
-  h[12] = static_cast<uint8_t>(width & 0xFF);
-  h[13] = static_cast<uint8_t>(width >> 8);
-  h[14] = static_cast<uint8_t>(height & 0xFF);
-  h[15] = static_cast<uint8_t>(height >> 8);
-  h[16] = bits;
-  h[17] = descriptor;
-  return h;
+  return {0,
+          0,
+          type,
+          0,
+          0,
+          0,
+          0,
+          0,
+          0,
+          0,
+          0,
+          0,
+          static_cast<uint8_t>(width),
+          static_cast<uint8_t>(width >> 8),
+          static_cast<uint8_t>(height),
+          static_cast<uint8_t>(height >> 8),
+          bits,
+          descriptor};
 }
 
 inline Bytes Concat(Bytes a, const Bytes& b) {
@@ -42,9 +51,8 @@ inline std::string WriteTempFile(const std::string& name, const Bytes& bytes) {
   std::FILE* f = std::fopen(path.c_str(), "wb");
   EXPECT_NE(f, nullptr) << path;
   if (f != nullptr) {
-    if (!bytes.empty()) {
-      EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), f), bytes.size());
-    }
+    const size_t written = bytes.empty() ? 0 : std::fwrite(bytes.data(), 1, bytes.size(), f);
+    EXPECT_EQ(written, bytes.size());
     std::fclose(f);
   }
   return path;

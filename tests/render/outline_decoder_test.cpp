@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <string>
+
 #include "tests/support/contour_records.h"
 
 namespace lx {
@@ -9,201 +12,114 @@ namespace {
 
 using test::ContourRecords;
 using test::Fx;
-using test::FxPoint;
 using test::Pt;
 
-IntRect Decode(const ContourRecords& r, OutlinePath* path, bool flipY = false) {
-  return DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), flipY, path);
-}
-
-void ExpectVertex(const PathVertex& v, double x, double y, uint32_t cmd) {
-  EXPECT_DOUBLE_EQ(v.x, x);
-  EXPECT_DOUBLE_EQ(v.y, y);
-  EXPECT_EQ(v.cmd, cmd);
-}
-
-TEST(OutlineDecoder, StartPointRoundsHalfUpWhileLinePointsKeepTheirFraction) {
-  // 10.5 is fract 0x8000; 10.49998 is fract 0x7FFF.
-  ContourRecords r;
-  r.begin({10 * 65536 + 0x8000, 10 * 65536 + 0x7FFF}).line({{10 * 65536 + 0x8000, 20 * 65536}}).end();
+// The decoded path as "M x,y L x,y C x,y ..." with exact coordinates; the rectangle goes to *rect.
+std::string Decode(const ContourRecords& r, bool flipY = false, IntRect* rect = nullptr) {
   OutlinePath path;
-  Decode(r, &path);
-  ASSERT_EQ(path.size(), 3u);
-  ExpectVertex(path[0], 11.0, 10.0, kPathMoveTo);
-  ExpectVertex(path[1], 10.5, 20.0, kPathLineTo);
-  ExpectVertex(path[2], 11.0, 10.0, kPathLineTo);  // the closing line goes to the rounded start
+  const IntRect box = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), flipY, &path);
+  if (rect != nullptr) *rect = box;
+  std::string out;
+  for (const PathVertex& v : path) {
+    char text[80];
+    const char cmd = v.cmd == kPathMoveTo   ? 'M'
+                     : v.cmd == kPathLineTo ? 'L'
+                     : v.cmd == kPathCurve3 ? 'C'
+                                            : '?';
+    std::snprintf(text, sizeof text, "%s%c%.17g,%.17g", out.empty() ? "" : " ", cmd, v.x, v.y);
+    out += text;
+  }
+  return out;
 }
 
-TEST(OutlineDecoder, NegativeStartPointsRoundHalfUpToo) {
-  ContourRecords r;
-  r.begin({Fx(-10.5), Fx(-2.75)}).line({Pt(5, 5)}).end();
-  OutlinePath path;
-  Decode(r, &path);
-  ASSERT_FALSE(path.empty());
-  ExpectVertex(path[0], -10.0, -3.0, kPathMoveTo);
-}
-
-TEST(OutlineDecoder, LineRecordGivesLineTosAndClosesOnlyWhenNeeded) {
-  ContourRecords open;
+TEST(OutlineDecoder, StartPointsRoundHalfUpLinePointsKeepTheirFractionAndContoursCloseWhenOpen) {
+  ContourRecords half, negative, open, closed;
+  // 10.5 is fract 0x8000; 10.49998 is fract 0x7FFF. The closing line goes to the rounded start.
+  half.begin({10 * 65536 + 0x8000, 10 * 65536 + 0x7FFF}).line({{10 * 65536 + 0x8000, 20 * 65536}}).end();
+  EXPECT_EQ(Decode(half), "M11,10 L10.5,20 L11,10");
+  negative.begin({Fx(-10.5), Fx(-2.75)}).line({Pt(5, 5)}).end();
+  EXPECT_EQ(Decode(negative), "M-10,-3 L5,5 L-10,-3");
   open.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4.25), Pt(2, 4)}).end();
-  OutlinePath path;
-  Decode(open, &path);
-  ASSERT_EQ(path.size(), 5u);
-  ExpectVertex(path[0], 1, 1, kPathMoveTo);
-  ExpectVertex(path[1], 5, 1, kPathLineTo);
-  ExpectVertex(path[2], 5, 4.25, kPathLineTo);
-  ExpectVertex(path[3], 2, 4, kPathLineTo);
-  ExpectVertex(path[4], 1, 1, kPathLineTo);
-
-  ContourRecords closed;
+  EXPECT_EQ(Decode(open), "M1,1 L5,1 L5,4.25 L2,4 L1,1");
   closed.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4), Pt(1, 1)}).end();
-  path.clear();
-  Decode(closed, &path);
-  EXPECT_EQ(path.size(), 4u);
+  EXPECT_EQ(Decode(closed), "M1,1 L5,1 L5,4 L1,1");
 }
 
-TEST(OutlineDecoder, TwoPointSplineIsOneQuadraticCurve) {
-  ContourRecords r;
-  r.begin(Pt(0, 0)).spline({Pt(4, 0.5), Pt(8, 8)}).end();
-  OutlinePath path;
-  Decode(r, &path);
-  ASSERT_EQ(path.size(), 4u);
-  ExpectVertex(path[1], 4, 0.5, kPathCurve3);
-  ExpectVertex(path[2], 8, 8, kPathCurve3);
-  ExpectVertex(path[3], 0, 0, kPathLineTo);
+TEST(OutlineDecoder, SplinesChainQuadraticCurvesThroughTruncatedMidpoints) {
+  ContourRecords two, three, four;
+  two.begin(Pt(0, 0)).spline({Pt(4, 0.5), Pt(8, 8)}).end();
+  EXPECT_EQ(Decode(two), "M0,0 C4,0.5 C8,8 L0,0");
+  four.begin(Pt(0, 0)).spline({Pt(2, 0), Pt(4, 2), Pt(4, 6), Pt(0, 8)}).end();
+  EXPECT_EQ(Decode(four), "M0,0 C2,0 C3,1 C4,2 C4,4 C4,6 C0,8 L0,0");
+  // Raw x values 1 and -4: (1 + -4) / 2 truncates to -1 (a floor would give -2); y: 7 and 0 give 3.
+  three.begin(Pt(0, 0)).spline({{1, 7}, {-4, 0}, Pt(3, 3)}).end();
+  const std::string unit = "1.52587890625e-05";  // 1 / 65536
+  EXPECT_EQ(Decode(three), "M0,0 C" + unit + ",0.0001068115234375 C-" + unit +
+                               ",4.57763671875e-05 C-6.103515625e-05,0 C3,3 L0,0");
 }
 
-TEST(OutlineDecoder, ThreePointSplineEndsItsFirstCurveAtTheTruncatedMidpoint) {
-  // Raw x values 1 and -4: (1 + -4) / 2 truncates to -1 (a floor would give -2); y: 7 and 0 -> 3.
-  ContourRecords r;
-  r.begin(Pt(0, 0)).spline({{1, 7}, {-4, 0}, Pt(3, 3)}).end();
-  OutlinePath path;
-  Decode(r, &path);
-  ASSERT_EQ(path.size(), 6u);
-  ExpectVertex(path[1], 1 / 65536.0, 7 / 65536.0, kPathCurve3);
-  ExpectVertex(path[2], -1 / 65536.0, 3 / 65536.0, kPathCurve3);
-  ExpectVertex(path[3], -4 / 65536.0, 0, kPathCurve3);
-  ExpectVertex(path[4], 3, 3, kPathCurve3);
-  ExpectVertex(path[5], 0, 0, kPathLineTo);
-}
-
-TEST(OutlineDecoder, FourPointSplineChainsMidpoints) {
-  ContourRecords r;
-  r.begin(Pt(0, 0)).spline({Pt(2, 0), Pt(4, 2), Pt(4, 6), Pt(0, 8)}).end();
-  OutlinePath path;
-  Decode(r, &path);
-  ASSERT_EQ(path.size(), 8u);
-  ExpectVertex(path[1], 2, 0, kPathCurve3);
-  ExpectVertex(path[2], 3, 1, kPathCurve3);
-  ExpectVertex(path[3], 4, 2, kPathCurve3);
-  ExpectVertex(path[4], 4, 4, kPathCurve3);
-  ExpectVertex(path[5], 4, 6, kPathCurve3);
-  ExpectVertex(path[6], 0, 8, kPathCurve3);
-}
-
-TEST(OutlineDecoder, CubicTypeIsReadAsQuadraticAndUnknownTypesAreSkipped) {
+TEST(OutlineDecoder, CubicRecordsAreReadAsQuadraticAndUnknownTypesAreSkipped) {
   ContourRecords two, three;
   two.begin(Pt(0, 0)).record(2, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(7, {Pt(50, 50)}).end();
   three.begin(Pt(0, 0)).record(3, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(1, {}).end();
-  OutlinePath a, b;
-  const IntRect ra = Decode(two, &a);
-  const IntRect rb = Decode(three, &b);
-  ASSERT_EQ(a.size(), b.size());
-  for (size_t i = 0; i < a.size(); ++i) ExpectVertex(b[i], a[i].x, a[i].y, a[i].cmd);
-  EXPECT_EQ(ra.right, 6);  // the unknown record's point (50, 50) never entered the path
-  EXPECT_EQ(rb.right, 6);
+  IntRect a, b;
+  EXPECT_EQ(Decode(two, false, &a), Decode(three, false, &b));
+  EXPECT_EQ(a.right, 6);  // the unknown record's point (50, 50) never entered the path
+  EXPECT_EQ(b.right, 6);
 }
 
-TEST(OutlineDecoder, OnePointSplineTakesItsMidpointWithTheNextPoint) {
+TEST(OutlineDecoder, OnePointSplineTakesItsMidpointWithTheBytesThatFollow) {
+  // After the one-point record come the line record's header (type 1, count 2) and its first x:
+  // raw x 0x00020001 and raw y 8 << 16, so the midpoint is (3, 6).
   ContourRecords r;
   r.begin(Pt(0, 0)).spline({Pt(4, 4)}).line({Pt(8, 0), Pt(0, 0)}).end();
-  OutlinePath path;
-  Decode(r, &path);
-  // The 8 bytes after the one-point record are the line record's header (type 1, count 2) and its
-  // first x: raw x = 0x00020001, raw y = 8 << 16.
-  ASSERT_GE(path.size(), 3u);
-  ExpectVertex(path[1], 4, 4, kPathCurve3);
-  EXPECT_EQ(path[2].cmd, kPathCurve3);
-  EXPECT_DOUBLE_EQ(path[2].x, ((4 << 16) + 0x00020001) / 2 / 65536.0);
-  EXPECT_DOUBLE_EQ(path[2].y, ((4 << 16) + (8 << 16)) / 2 / 65536.0);
+  EXPECT_EQ(Decode(r), "M0,0 C4,4 C3,6 L8,0 L0,0");
 }
 
 TEST(OutlineDecoder, FlipNegatesOnlyTheStartPoint) {
   ContourRecords r;
   r.begin(Pt(2, 3)).line({Pt(4, 5)}).spline({Pt(6, 7), Pt(8, 9)}).end();
-  OutlinePath path;
-  Decode(r, &path, true);
-  ASSERT_EQ(path.size(), 5u);
-  ExpectVertex(path[0], 2, -3, kPathMoveTo);
-  ExpectVertex(path[1], 4, 5, kPathLineTo);
-  ExpectVertex(path[3], 8, 9, kPathCurve3);
-  ExpectVertex(path[4], 2, -3, kPathLineTo);
+  EXPECT_EQ(Decode(r, true), "M2,-3 L4,5 C6,7 C8,9 L2,-3");
 }
 
-TEST(OutlineDecoder, RectangleIsFloorAndCeilingOfEveryVertex) {
-  ContourRecords r;
-  r.begin(Pt(1, 1)).line({Pt(0.2, 9.7), Pt(9.7, 0.2)}).spline({Pt(5, 5), Pt(3, 3)}).end();
-  OutlinePath path;
-  const IntRect rect = Decode(r, &path);
-  EXPECT_EQ(rect.left, 0);
-  EXPECT_EQ(rect.top, 0);
-  EXPECT_EQ(rect.right, 10);
-  EXPECT_EQ(rect.bottom, 10);
-
-  ContourRecords negative;
-  negative.begin(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.01, -0.99)}).end();
-  path.clear();
-  const IntRect n = Decode(negative, &path);
-  EXPECT_EQ(n.left, -10);
-  EXPECT_EQ(n.top, -8);
-  EXPECT_EQ(n.right, 0);
-  EXPECT_EQ(n.bottom, 0);
+TEST(OutlineDecoder, RectangleIsFloorAndCeilingOfEveryVertexControlPointsIncluded) {
+  const struct {
+    ContourRecords records;
+    IntRect expected;
+  } cases[] = {
+      {ContourRecords().begin(Pt(1, 1)).line({Pt(0.2, 9.7), Pt(9.7, 0.2)}).spline({Pt(5, 5), Pt(3, 3)}).end(),
+       {0, 0, 10, 10}},
+      {ContourRecords().begin(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.01, -0.99)}).end(), {-10, -8, 0, 0}},
+      {ContourRecords().begin(Pt(0, 0)).spline({Pt(5, -20.5), Pt(10, 0)}).end(), {0, -21, 10, 0}},
+      {ContourRecords().begin(Pt(0, 4)).line({Pt(10, 4), Pt(3, 4)}).end(), {0, 4, 10, 4}},
+  };
+  for (const auto& c : cases) {
+    IntRect r;
+    EXPECT_FALSE(Decode(c.records, false, &r).empty());
+    EXPECT_EQ(r.left, c.expected.left);
+    EXPECT_EQ(r.top, c.expected.top);
+    EXPECT_EQ(r.right, c.expected.right);
+    EXPECT_EQ(r.bottom, c.expected.bottom);
+  }
 }
 
-TEST(OutlineDecoder, RectangleCountsControlPoints) {
-  ContourRecords r;
-  r.begin(Pt(0, 0)).spline({Pt(5, -20.5), Pt(10, 0)}).end();
-  OutlinePath path;
-  const IntRect rect = Decode(r, &path);
-  EXPECT_EQ(rect.top, -21);
-  EXPECT_EQ(rect.bottom, 0);
-}
-
-TEST(OutlineDecoder, ContoursFollowOneAnotherAndAppendToThePath) {
+TEST(OutlineDecoder, ContoursAppendToThePathWhichIsMeasuredWhole) {
   ContourRecords r;
   test::AddSquare(&r, 0, 0, 10);
   test::AddSquare(&r, 20, 5, 10);
   OutlinePath path{{-50.0, -50.0, kPathMoveTo}};
-  const IntRect rect = Decode(r, &path);
+  const IntRect rect = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), false, &path);
   ASSERT_EQ(path.size(), 1u + 5u + 5u);
-  ExpectVertex(path[1], 0, 0, kPathMoveTo);
-  ExpectVertex(path[6], 20, 5, kPathMoveTo);
-  EXPECT_EQ(rect.left, -50);  // the whole path is measured
+  EXPECT_EQ(path[6].x, 20);
+  EXPECT_EQ(path[6].cmd, kPathMoveTo);
+  EXPECT_EQ(rect.left, -50);
   EXPECT_EQ(rect.right, 30);
   EXPECT_EQ(rect.bottom, 15);
-}
-
-TEST(OutlineDecoder, PointsOnOneLineGiveAnEmptyRectangle) {
-  ContourRecords r;
-  r.begin(Pt(0, 4)).line({Pt(10, 4), Pt(3, 4)}).end();
-  OutlinePath path;
-  const IntRect rect = Decode(r, &path);
-  EXPECT_EQ(rect.top, rect.bottom);
-  EXPECT_FALSE(path.empty());
-}
-
-TEST(OutlineDecoder, MissingArgumentsGiveTheEmptyRectangle) {
-  ContourRecords r;
-  test::AddSquare(&r, 1, 1, 5);
-  OutlinePath path{{1.0, 2.0, kPathMoveTo}};
-  IntRect rect = DecodeOutlineBlock(nullptr, 40, false, &path);
-  EXPECT_EQ(rect.right, 0);
+  // Missing arguments give the empty rectangle and an empty path.
+  EXPECT_EQ(DecodeOutlineBlock(nullptr, 40, false, &path).right, 0);
   EXPECT_TRUE(path.empty());
-  rect = DecodeOutlineBlock(r.bytes().data(), 0, false, &path);
-  EXPECT_EQ(rect.right, 0);
-  rect = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), false, nullptr);
-  EXPECT_EQ(rect.left, 0);
-  EXPECT_EQ(rect.right, 0);
+  EXPECT_EQ(DecodeOutlineBlock(r.bytes().data(), 0, false, &path).right, 0);
+  EXPECT_EQ(DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), false, nullptr).right, 0);
 }
 
 }  // namespace

@@ -1,168 +1,137 @@
+#include "render/pass_plan.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
-
-#include "render/pass_plan.h"
+#include <string>
 
 namespace lx {
 namespace {
 
-TEST(WorkBlurReach, WithoutOutlineTheLargerOfFaceAndShadow) {
-  EXPECT_EQ(WorkBlurReach(false, 0, 0, 0, 0), 0);
-  EXPECT_EQ(WorkBlurReach(false, 10, 30, 4, 0), 10);  // the Outline's reach does not count
-  EXPECT_EQ(WorkBlurReach(false, 2, 30, 8, 0), 8);
+std::string Text(const Box& b) {
+  return std::to_string(b.left) + "," + std::to_string(b.top) + "," + std::to_string(b.right) + "," +
+         std::to_string(b.bottom);
 }
 
-TEST(WorkBlurReach, UnblurredFaceLeavesTheOutlineAndShadowReaches) {
-  EXPECT_EQ(WorkBlurReach(true, 0, 6, 4, 2), 6);
-  EXPECT_EQ(WorkBlurReach(true, 0, 2, 12, 8), 12);
+std::string Text(const WorkGeometry& g) {
+  return "outline " + std::to_string(g.outline) + " whole " + std::to_string(g.wholeThickness) + " half " +
+         std::to_string(g.halfThickness) + " reach " + std::to_string(g.reach) + " margin " +
+         std::to_string(g.margin) + " size " + std::to_string(g.workWidth) + "x" +
+         std::to_string(g.workHeight) + " offset " + std::to_string(g.glyphOffsetX) + "," +
+         std::to_string(g.glyphOffsetY);
 }
 
-TEST(WorkBlurReach, BlurredFaceOverUnblurredOutlineCountsOnlyPastTheStroke) {
-  EXPECT_EQ(WorkBlurReach(true, 10, 0, 40, 4), 6);  // the Shadow is not considered
-  EXPECT_EQ(WorkBlurReach(true, 4, 0, 40, 4), 40);  // F <= T: the Shadow's reach
-  EXPECT_EQ(WorkBlurReach(true, 4, 0, 0, 6), 0);
-}
-
-TEST(WorkBlurReach, BlurredFaceOverBlurredOutline) {
-  EXPECT_EQ(WorkBlurReach(true, 20, 6, 4, 8), 12);  // 6 + 8 < 20
-  EXPECT_EQ(WorkBlurReach(true, 14, 6, 4, 8), 6);   // 6 + 8 = 14: not less
-  EXPECT_EQ(WorkBlurReach(true, 10, 2, 30, 4), 30);
-}
-
-TEST(MeasureWork, BlurredFaceThickOutlineAndStrongShadow) {
-  // Face level 5, stroke 4 wide, Outline level 0, Shadow level 20.
-  const WorkGeometry g = MeasureWork({10, 20, 110, 70}, 4.0, 5, 0, 20);
-  EXPECT_TRUE(g.outline);
-  EXPECT_EQ(g.wholeThickness, 4);
-  EXPECT_EQ(g.halfThickness, 2);
-  EXPECT_EQ(g.reach, 6);
-  EXPECT_EQ(g.margin, 14);
-  EXPECT_EQ(g.workWidth, 114);
-  EXPECT_EQ(g.workHeight, 64);
-  EXPECT_EQ(g.glyphOffsetX, 2 - 10 + 5);
-  EXPECT_EQ(g.glyphOffsetY, 2 - 20 + 5);
-}
-
-TEST(MeasureWork, BlurredOutlineAndShadow) {
-  const WorkGeometry g = MeasureWork({0, 0, 50, 40}, 2.0, 0, 3, 2);
-  EXPECT_EQ(g.reach, 6);
-  EXPECT_EQ(g.margin, 2 + 6 + 4);
-  EXPECT_EQ(g.glyphOffsetX, 1 + 5);
-}
-
-TEST(MeasureWork, FractionalStrokeWidth) {
-  const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 3.2, 0, 0, 0);
-  EXPECT_EQ(g.wholeThickness, 3);
-  EXPECT_EQ(g.halfThickness, 2);
-  EXPECT_EQ(g.margin, 7);
-  EXPECT_EQ(g.glyphOffsetX, 2 + 2);
-}
-
-TEST(MeasureWork, NoOutlineForZeroNegativeOrNaNWidth) {
-  for (double w : {0.0, -3.0, std::numeric_limits<double>::quiet_NaN()}) {
-    const WorkGeometry g = MeasureWork({-5, -7, 5, 3}, w, 0, 0, 0);
-    EXPECT_FALSE(g.outline);
-    EXPECT_EQ(g.wholeThickness, 0);
-    EXPECT_EQ(g.halfThickness, 0);
-    EXPECT_EQ(g.margin, 4);
-    EXPECT_EQ(g.workWidth, 14);
-    EXPECT_EQ(g.workHeight, 14);
-    EXPECT_EQ(g.glyphOffsetX, 5 + 2);
-    EXPECT_EQ(g.glyphOffsetY, 7 + 2);
+TEST(WorkBlurReach, FollowsWhichLayersAreBlurredAndTheStroke) {
+  const struct {
+    bool outline;
+    int32_t face, outlineReach, shadow, thickness, expected;
+  } cases[] = {
+      {false, 0, 0, 0, 0, 0},
+      {false, 10, 30, 4, 0, 10},  // without an Outline its reach does not count
+      {false, 2, 30, 8, 0, 8},
+      {true, 0, 6, 4, 2, 6},
+      {true, 0, 2, 12, 8, 12},
+      // A blurred Face over an unblurred Outline: only what passes the stroke, the Shadow left out.
+      {true, 10, 0, 40, 4, 6},
+      {true, 4, 0, 40, 4, 40},
+      {true, 4, 0, 0, 6, 0},
+      // Over a blurred Outline.
+      {true, 20, 6, 4, 8, 12},
+      {true, 14, 6, 4, 8, 6},
+      {true, 10, 2, 30, 4, 30},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(WorkBlurReach(c.outline, c.face, c.outlineReach, c.shadow, c.thickness), c.expected)
+        << c.outline << " " << c.face << " " << c.outlineReach << " " << c.shadow << " " << c.thickness;
   }
 }
 
-TEST(MeasureWork, BorderIsHalfTheReachAndPaddingRoundedDown) {
-  // A stroke 1 wide: half of ceil(1) truncates to 0. Reach 2: border (2 + 4) >> 1 = 3.
-  const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 1.0, 0, 0, 1);
-  EXPECT_EQ(g.reach, 2);
-  EXPECT_EQ(g.halfThickness, 0);
-  EXPECT_EQ(g.glyphOffsetX, 3);
-  EXPECT_EQ(g.margin, 1 + 2 + 4);
-  EXPECT_EQ(MeasureWork({0, 0, 10, 10}, 1.0, 0, 0, 2).glyphOffsetX, 4);  // reach 4: border 4
-}
-
-TEST(MeasureWork, HugeRectanglesDoNotOverflow) {
+TEST(MeasureWork, MarginsBordersAndOffsetsFollowStrokeAndBlur) {
+  const struct {
+    IntRect glyphs;
+    double stroke;
+    uint8_t face, outline, shadow;
+    const char* expected;
+  } cases[] = {
+      {{10, 20, 110, 70},
+       4.0,
+       5,
+       0,
+       20,
+       "outline 1 whole 4 half 2 reach 6 margin 14 size 114x64 offset -3,-13"},
+      {{0, 0, 50, 40}, 2.0, 0, 3, 2, "outline 1 whole 2 half 1 reach 6 margin 12 size 62x52 offset 6,6"},
+      {{0, 0, 10, 10}, 3.2, 0, 0, 0, "outline 1 whole 3 half 2 reach 0 margin 7 size 17x17 offset 4,4"},
+      // A stroke 1 wide: half of ceil(1) truncates to 0; the border is half of reach + 4, rounded down.
+      {{0, 0, 10, 10}, 1.0, 0, 0, 1, "outline 1 whole 1 half 0 reach 2 margin 7 size 17x17 offset 3,3"},
+      {{0, 0, 10, 10}, 1.0, 0, 0, 2, "outline 1 whole 1 half 0 reach 4 margin 9 size 19x19 offset 4,4"},
+      {{-5, -7, 5, 3}, 0.0, 0, 0, 0, "outline 0 whole 0 half 0 reach 0 margin 4 size 14x14 offset 7,9"},
+      {{-5, -7, 5, 3}, -3.0, 0, 0, 0, "outline 0 whole 0 half 0 reach 0 margin 4 size 14x14 offset 7,9"},
+      {{-5, -7, 5, 3}, NAN, 0, 0, 0, "outline 0 whole 0 half 0 reach 0 margin 4 size 14x14 offset 7,9"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Text(MeasureWork(c.glyphs, c.stroke, c.face, c.outline, c.shadow)), c.expected);
+  }
   const WorkGeometry g = MeasureWork({INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, 2000.0, 255, 255, 255);
   EXPECT_EQ(g.workWidth, int64_t{UINT32_MAX} + g.margin);
   EXPECT_EQ(g.glyphOffsetX, int64_t{g.halfThickness} + (int64_t{1} << 31) + ((g.reach + 4) >> 1));
 }
 
-struct CutCase {
-  const char* what;
-  Box shape;
-  Box image;
-  int64_t dx;
-  int32_t blurLevel;
-  bool drawn;
-  Box cut;
-};
-
 TEST(CutExtrudedShadow, KeepsWhatReachesTheBufferAndRefusesWhatStaysTooCostly) {
-  const CutCase cases[] = {
-      {"everyday offset: unchanged", {0, 0, 100, 100}, {0, 0, 105, 100}, 5, 0, true, {0, 0, 105, 100}},
-      {"long offset: cut to the buffer plus 16",
+  const struct {
+    const char* what;
+    Box shape, image;
+    int64_t dx;
+    uint8_t blurLevel;
+    bool drawn;
+    const char* cut;
+  } cases[] = {
+      {"everyday offset: unchanged", {0, 0, 100, 100}, {0, 0, 105, 100}, 5, 0, true, "0,0,105,100"},
+      {"cut to the buffer plus 16",
        {0, 0, 100, 100},
        {-1000000, 0, 100, 100},
        1000000,
        0,
        true,
-       {-16, 0, 100, 100}},
-      {"blur 10 widens the margin to 46",
-       {0, 0, 100, 100},
-       {-1000000, 0, 100, 100},
-       1000000,
-       10,
-       true,
-       {-46, 0, 100, 100}},
+       "-16,0,100,100"},
+      {"blur 10: plus 46", {0, 0, 100, 100}, {-1000000, 0, 100, 100}, 1000000, 10, true, "-46,0,100,100"},
       {"a huge shape stays too costly",
        {0, 0, 100000, 100000},
        {-100000, 0, 100000, 100000},
        100000,
        0,
        false,
-       {-16, 0, 100000, 100000}},
+       "-16,0,100000,100000"},
   };
-  for (const CutCase& c : cases) {
+  for (const auto& c : cases) {
     ExtrudedShadow e{c.image, c.shape, c.dx, 0};
-    EXPECT_EQ(CutExtrudedShadow(&e, 200, 100, static_cast<uint8_t>(c.blurLevel)), c.drawn) << c.what;
-    EXPECT_EQ(e.image.left, c.cut.left) << c.what;
-    EXPECT_EQ(e.image.top, c.cut.top) << c.what;
-    EXPECT_EQ(e.image.right, c.cut.right) << c.what;
-    EXPECT_EQ(e.image.bottom, c.cut.bottom) << c.what;
+    EXPECT_EQ(CutExtrudedShadow(&e, 200, 100, c.blurLevel), c.drawn) << c.what;
+    EXPECT_EQ(Text(e.image), c.cut) << c.what;
   }
-}
-
-TEST(ExtrudedShadow, CostCountsOnlyTheStepsThatCrossTheImage) {
-  // 5 steps over a 105 x 100 image; a million steps over the same image cost as many as cross it.
+  // Only the steps that bring the shape over the image cost anything.
   EXPECT_EQ((ExtrudedShadow{{0, 0, 105, 100}, {0, 0, 100, 100}, 5, 0}.cost()), 5.0 * 105 * 100);
   EXPECT_EQ((ExtrudedShadow{{0, 0, 105, 100}, {0, 0, 100, 100}, 1000000, 3}.cost()), 205.0 * 105 * 100);
   EXPECT_EQ((ExtrudedShadow{{0, 0, 100, 105}, {0, 0, 100, 100}, 2, -1000000}.cost()), 205.0 * 105 * 100);
 }
 
-struct ShadowCase {
-  const char* what;
-  int32_t offsetX, offsetY;
-  double zoomX;
-  bool extruded;
-  Box image;
-  int64_t shiftX;
-  bool zoomed;
-};
-
 TEST(PlanShadow, ZoomsAboutTheCentreMovesByTheOffsetAndTakesInTheExtrusion) {
   // A 10 x 10 outline without stroke or blur: a 14 x 14 work image with the outline 2 pixels in,
   // translated to (5, 7).
   const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 0.0, 0, 0, 0);
-  const ShadowCase cases[] = {
-      {"flat, moved by (3, 4)", 3, 4, 1.0, false, {6, 9, 20, 23}, 0, false},
-      {"twice as wide about the centre", 3, 4, 2.0, false, {-1, 9, 27, 23}, 0, true},
-      {"extruded towards the bottom right", 3, 4, 1.0, true, {3, 5, 20, 23}, 0, false},
-      {"extruded to the left: the shape sits 3 in", -3, 0, 1.0, true, {0, 5, 17, 19}, 3, false},
+  const struct {
+    const char* what;
+    int32_t offsetX, offsetY;
+    double zoomX;
+    bool extruded;
+    const char* image;
+    int64_t shiftX;
+    bool zoomed;
+  } cases[] = {
+      {"flat, moved by (3, 4)", 3, 4, 1.0, false, "6,9,20,23", 0, false},
+      {"twice as wide about the centre", 3, 4, 2.0, false, "-1,9,27,23", 0, true},
+      {"extruded towards the bottom right", 3, 4, 1.0, true, "3,5,20,23", 0, false},
+      {"extruded to the left: the shape sits 3 in", -3, 0, 1.0, true, "0,5,17,19", 3, false},
   };
-  for (const ShadowCase& c : cases) {
+  for (const auto& c : cases) {
     ShadowPlacement p;
     p.translateX = 5;
     p.translateY = 7;
@@ -172,10 +141,7 @@ TEST(PlanShadow, ZoomsAboutTheCentreMovesByTheOffsetAndTakesInTheExtrusion) {
     p.extruded = c.extruded;
     ShadowPlan plan;
     ASSERT_TRUE(PlanShadow(g, p, 100, 100, &plan)) << c.what;
-    EXPECT_EQ(plan.image.left, c.image.left) << c.what;
-    EXPECT_EQ(plan.image.top, c.image.top) << c.what;
-    EXPECT_EQ(plan.image.right, c.image.right) << c.what;
-    EXPECT_EQ(plan.image.bottom, c.image.bottom) << c.what;
+    EXPECT_EQ(Text(plan.image), c.image) << c.what;
     EXPECT_EQ(plan.shiftX, c.shiftX) << c.what;
     EXPECT_EQ(plan.shiftY, 0) << c.what;
     EXPECT_EQ(plan.zoomed, c.zoomed) << c.what;

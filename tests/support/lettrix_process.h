@@ -91,11 +91,6 @@ class Process {
     const uint8_t n = static_cast<uint8_t>(c.size());
     return SetFaceGradientColors(&slot_, c.data(), weights.empty() ? nullptr : weights.data(), &n);
   }
-  bool outlineStops(const std::vector<uint32_t>& colours, std::vector<uint32_t> weights = {}) {
-    std::vector<uint32_t> c = colours;
-    const uint8_t n = static_cast<uint8_t>(c.size());
-    return SetOutlineGradientColors(&slot_, c.data(), weights.empty() ? nullptr : weights.data(), &n);
-  }
   Process& faceFit(uint8_t mode) {
     SetFaceGradientFitMode(&slot_, &mode);
     return *this;

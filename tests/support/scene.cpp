@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <cstdio>
 #include <set>
 #include <utility>
 
@@ -76,32 +75,6 @@ void Image::alphaCentre(uint8_t minAlpha, double* cx, double* cy) const {
   }
   *cx = n > 0 ? sx / n : 0;
   *cy = n > 0 ? sy / n : 0;
-}
-
-bool Image::save(const std::string& path) const {
-  FILE* f = std::fopen(path.c_str(), "wb");
-  if (f == nullptr) return false;
-  const uint8_t header[18] = {0,
-                              0,
-                              2,
-                              0,
-                              0,
-                              0,
-                              0,
-                              0,
-                              0,
-                              0,
-                              0,
-                              0,
-                              static_cast<uint8_t>(width_),
-                              static_cast<uint8_t>(width_ >> 8),
-                              static_cast<uint8_t>(height_),
-                              static_cast<uint8_t>(height_ >> 8),
-                              32,
-                              0x28};
-  bool ok = std::fwrite(header, 1, sizeof(header), f) == sizeof(header);
-  ok = ok && std::fwrite(pixels_.data(), 4, pixels_.size(), f) == pixels_.size();
-  return std::fclose(f) == 0 && ok;
 }
 
 namespace {

@@ -36,22 +36,15 @@ class TextScene {
 // decodes the whole of a block larger than its outline, as a caller's spare room would be.
 std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size);
 
-inline uint8_t Blue(uint32_t p) {
-  return static_cast<uint8_t>(p);
-}
-inline uint8_t Green(uint32_t p) {
-  return static_cast<uint8_t>(p >> 8);
-}
-inline uint8_t Red(uint32_t p) {
-  return static_cast<uint8_t>(p >> 16);
-}
-inline uint8_t Alpha(uint32_t p) {
-  return static_cast<uint8_t>(p >> 24);
-}
-// A pixel value from its components (stored blue, green, red, alpha).
-inline uint32_t Pixel(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
+// A pixel's components as stored: blue lowest, alpha highest.
+inline constexpr auto Blue = [](uint32_t p) { return static_cast<uint8_t>(p); };
+inline constexpr auto Green = [](uint32_t p) { return static_cast<uint8_t>(p >> 8); };
+inline constexpr auto Red = [](uint32_t p) { return static_cast<uint8_t>(p >> 16); };
+inline constexpr auto Alpha = [](uint32_t p) { return static_cast<uint8_t>(p >> 24); };
+// A pixel value from its components.
+inline constexpr auto Pixel = [](uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
   return uint32_t{a} << 24 | uint32_t{r} << 16 | uint32_t{g} << 8 | b;
-}
+};
 
 struct Point {
   int32_t x, y;
@@ -85,8 +78,6 @@ class Image {
   text::InkBox alphaBounds(uint8_t minAlpha = 1) const;
   // The centre of mass of the pixels whose alpha is at least minAlpha (0, 0 when there is none).
   void alphaCentre(uint8_t minAlpha, double* x, double* y) const;
-  // Writes the image as a TGA file, for looking at a failure.
-  bool save(const std::string& path) const;
 
  private:
   int32_t width_;

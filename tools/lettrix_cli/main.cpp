@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "compose/composition.h"
-#include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/png_file.h"
 #include "tools/lettrix_cli/program.h"
+#include "tools/lettrix_cli/texture_file.h"
 #include "tools/text_outline/text_outline.h"
 
 int main(int argc, char** argv) {
@@ -17,11 +17,7 @@ int main(int argc, char** argv) {
   parts.info.defaultFont = lx::text::kDefaultFontPath;
   parts.layOutText = [](const lxt::Job& job) { return lx::compose::LayOutText(job, job.text); };
   parts.readImage = [](const std::string& path) {
-    const std::vector<uint8_t> bytes = lxt::ReadWholeFile(path, "texture file");
-    if (bytes.size() >= 8 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G') {
-      return lx::compose::ToRgba(lxt::DecodePng(bytes, path));
-    }
-    return lx::compose::ToRgba(lxt::DecodeTga(bytes, path));
+    return lxt::ReadTextureFile(path, path, lxt::DecodePng, "lettrix");
   };
   parts.encodePng = lxt::EncodePng;
   return lxt::RunProgram(std::vector<std::string>(argv + 1, argv + argc), parts);

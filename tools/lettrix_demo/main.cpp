@@ -9,6 +9,7 @@
 
 #include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/program.h"
+#include "tools/lettrix_cli/texture_file.h"
 #include "tools/lettrix_cli/tool_error.h"
 #include "tools/text_outline/text_outline.h"
 
@@ -93,11 +94,7 @@ int main() {
   parts.info.defaultFont = lx::text::kDefaultFontPath;
   parts.layOutText = LayOutWithGdi;
   parts.readImage = [](const std::string& path) {
-    const std::vector<uint8_t> bytes = lxt::ReadWholeFile(WindowsPath(path), "texture file");
-    if (bytes.size() >= 4 && bytes[0] == 0x89 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G') {
-      throw lxt::JobError("'" + path + "' is a PNG file; lettrix-demo reads TGA textures only");
-    }
-    return lx::compose::ToRgba(lxt::DecodeTga(bytes, path));
+    return lxt::ReadTextureFile(path, WindowsPath(path), nullptr, "lettrix-demo");
   };
   return lxt::RunProgram(Arguments(), parts);
 }

@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -39,46 +40,31 @@ bool Draw(Process& p, void* block, std::vector<uint32_t>* pixels) {
   return Render(p.slot(), block, &kWidth, &kHeight, pixels->data());
 }
 
-TEST(MovableBlock, DrawsLikeAFixedBlockAndIsLeftUnlocked) {
+TEST(MovableBlock, DrawsLikeAFixedBlockThroughFunctionsAndClassAndIsLeftUnlocked) {
   const TextScene scene("Hig", 40, 6, 46);
   Process p;
   p.thickness(2).outline(255, 200, 10, 10);
-  void* fixed = Block(kFixed, scene.bytes(), scene.bytes().size());
-  void* movable = Block(kMoveable, scene.bytes(), scene.bytes().size());
-  ASSERT_NE(fixed, nullptr);
-  ASSERT_NE(movable, nullptr);
-  std::vector<uint32_t> fromFixed, fromMovable;
-  ASSERT_TRUE(Draw(p, fixed, &fromFixed));
-  ASSERT_TRUE(Draw(p, movable, &fromMovable));
-  EXPECT_EQ(fromFixed, fromMovable);
-  size_t drawn = 0;
-  for (uint32_t px : fromFixed) drawn += px != kGround;
-  EXPECT_GT(drawn, 500u);
-  // One lock of the caller's own: Render's lock and unlock leave exactly that one.
-  ASSERT_NE(LettrixGlobalLock(movable), nullptr);
-  ASSERT_TRUE(Draw(p, movable, &fromMovable));
-  EXPECT_EQ(LettrixGlobalUnlock(movable), 0) << "a lock count other than the caller's one was left";
-  LettrixGlobalFree(fixed);
-  LettrixGlobalFree(movable);
-}
-
-TEST(MovableBlock, TheWrapperClassDrawsItLikeAFixedBlock) {
-  const TextScene scene("Hig", 40, 6, 46);
-  void* fixed = Block(kFixed, scene.bytes(), scene.bytes().size());
-  void* movable = Block(kMoveable, scene.bytes(), scene.bytes().size());
-  std::vector<uint32_t> canvases[2];
-  void* blocks[2] = {fixed, movable};
+  void* blocks[2] = {Block(kFixed, scene.bytes(), scene.bytes().size()),
+                     Block(kMoveable, scene.bytes(), scene.bytes().size())};
+  ASSERT_NE(blocks[0], nullptr);
+  ASSERT_NE(blocks[1], nullptr);
+  std::vector<uint32_t> drawn[2], canvases[2];
   for (int i = 0; i < 2; ++i) {
+    ASSERT_TRUE(Draw(p, blocks[i], &drawn[i]));
     CLettrix lettrix;
     ASSERT_EQ(lettrix.CreateProcessA(), 1);
     ASSERT_EQ(lettrix.CreateCanvas(kWidth, kHeight), 1);
     ASSERT_EQ(lettrix.RenderIt(blocks[i]), 1);
     canvases[i].assign(lettrix.canvasPixels, lettrix.canvasPixels + kWidth * kHeight);
   }
+  EXPECT_EQ(drawn[0], drawn[1]);
   EXPECT_EQ(canvases[0], canvases[1]);
-  EXPECT_EQ(LettrixGlobalUnlock(movable), 0);
-  LettrixGlobalFree(fixed);
-  LettrixGlobalFree(movable);
+  EXPECT_GT(drawn[0].size() - std::count(drawn[0].begin(), drawn[0].end(), kGround), 500u);
+  // One lock of the caller's own: Render's lock and unlock leave exactly that one.
+  ASSERT_NE(LettrixGlobalLock(blocks[1]), nullptr);
+  ASSERT_TRUE(Draw(p, blocks[1], &drawn[1]));
+  EXPECT_EQ(LettrixGlobalUnlock(blocks[1]), 0) << "a lock count other than the caller's one was left";
+  for (void* block : blocks) LettrixGlobalFree(block);
 }
 
 TEST(MovableBlock, UnreadableMovableBlockIsRefusedWithTheBufferUntouched) {

@@ -2,53 +2,35 @@
 // of no bytes) or does less carefully (locking memory that is no block), and the exported copies.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "lettrix/lettrix.h"
 #include "platform/platform.h"
 
 namespace lx::platform {
 namespace {
 
-TEST(GlobalMemoryStandIn, NoBytesGiveNoBlock) {
+TEST(GlobalMemoryStandIn, RefusesNoBytesAndMoreThanTwoGigabytes) {
   EXPECT_EQ(GlobalAlloc(kGmemFixed, 0), nullptr);
   EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, 0), nullptr);
-}
-
-TEST(GlobalMemoryStandIn, RequestsBeyondTwoGigabytesAreRefused) {
   EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, size_t{0x80000000u}), nullptr);
 }
 
-TEST(GlobalMemoryStandIn, MovableHandleIsTheAddressToo) {
-  MemoryHandle h = GlobalAlloc(kGmemMoveableZeroInit, 64);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(GlobalLock(h), h);
-  EXPECT_EQ(GlobalUnlock(h), 0);
-  EXPECT_EQ(GlobalFree(h), nullptr);
-}
-
-TEST(GlobalMemoryStandIn, FixedBlocksCountNoLocks) {
-  MemoryHandle h = GlobalAlloc(kGmemFixed, 64);
-  ASSERT_NE(h, nullptr);
-  EXPECT_EQ(GlobalLock(h), h);
-  EXPECT_EQ(GlobalLock(h), h);
-  EXPECT_EQ(GlobalUnlock(h), 0);
-  EXPECT_EQ(GlobalFree(h), nullptr);
-}
-
-TEST(GlobalMemoryStandIn, MemoryThatIsNoBlockCannotBeLocked) {
+TEST(GlobalMemoryStandIn, HandleIsTheAddressAndFixedBlocksCountNoLocks) {
+  MemoryHandle moveable = GlobalAlloc(kGmemMoveableZeroInit, 64), fixed = GlobalAlloc(kGmemFixed, 64);
+  ASSERT_NE(moveable, nullptr);
+  ASSERT_NE(fixed, nullptr);
+  EXPECT_EQ(GlobalLock(moveable), moveable);
+  EXPECT_EQ(GlobalUnlock(moveable), 0);
+  EXPECT_EQ(GlobalLock(fixed), fixed);
+  EXPECT_EQ(GlobalLock(fixed), fixed);
+  EXPECT_EQ(GlobalUnlock(fixed), 0);
+  EXPECT_EQ(GlobalSize(static_cast<uint8_t*>(fixed) + 1), 0u);  // an address inside is not the handle
+  EXPECT_EQ(GlobalFree(moveable), nullptr);
+  EXPECT_EQ(GlobalFree(fixed), nullptr);
+  EXPECT_EQ(GlobalLock(fixed), nullptr);
+  EXPECT_EQ(GlobalSize(fixed), 0u);
   uint8_t bytes[32] = {};
   EXPECT_EQ(GlobalLock(bytes), nullptr);
   EXPECT_EQ(GlobalUnlock(bytes), 0);
-  MemoryHandle h = GlobalAlloc(kGmemFixed, 32);
-  ASSERT_EQ(GlobalFree(h), nullptr);
-  EXPECT_EQ(GlobalLock(h), nullptr);
-  EXPECT_EQ(GlobalSize(h), 0u);
-  // An address inside a live block is not its handle.
-  MemoryHandle live = GlobalAlloc(kGmemFixed, 32);
-  ASSERT_NE(live, nullptr);
-  EXPECT_EQ(GlobalSize(static_cast<uint8_t*>(live) + 1), 0u);
-  EXPECT_EQ(GlobalFree(live), nullptr);
 }
 
 TEST(GlobalMemoryStandIn, ExportedCallsShareTheBlocks) {

@@ -7,10 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
 #include "platform/platform.h"
 #include "platform/posix/posix_memory_probe.h"
 #include "tests/support/guard_pages.h"
@@ -59,17 +55,10 @@ TEST_P(BothProbes, AgreeWithThePagesRights) {
   EXPECT_EQ(probe(l.at(3, 5), l.at(3, 6), Access::kRead), Verdict::kInaccessible);
   EXPECT_EQ(probe(l.at(4), l.at(4, ps - 1), Access::kWrite), Verdict::kAccessible);
   EXPECT_EQ(probe(l.at(0), l.at(4, ps - 1), Access::kRead), Verdict::kInaccessible);
-}
-
-TEST_P(BothProbes, WriteProbeLeavesContentsAlone) {
-  if (!Answers(GetParam())) GTEST_SKIP() << "this kernel does not answer PROCMAP_QUERY";
-  Layout l;
+  // Asking about writing must not write.
   l.pages.page(0)[0] = 0x11;
-  l.pages.page(4)[l.ps() - 1] = 0x33;
-  EXPECT_EQ(GetParam()(l.at(4, 0), l.at(4, l.ps() - 1), Access::kWrite), Verdict::kAccessible);
-  EXPECT_EQ(GetParam()(l.at(0, 0), l.at(0, l.ps() - 1), Access::kWrite), Verdict::kAccessible);
+  EXPECT_EQ(probe(l.at(0), l.at(0, ps - 1), Access::kWrite), Verdict::kAccessible);
   EXPECT_EQ(l.pages.page(0)[0], 0x11);
-  EXPECT_EQ(l.pages.page(4)[l.ps() - 1], 0x33);
 }
 
 INSTANTIATE_TEST_SUITE_P(MemoryProbe, BothProbes,
@@ -99,26 +88,6 @@ TEST(MemoryProbeChanges, UnmappedOrProtectedSinceTheLastCheckIsBad) {
   EXPECT_TRUE(platform::IsBadReadPtr(pages.page(0), 2 * ps));
   EXPECT_TRUE(platform::IsBadReadPtr(pages.page(1) + 100, 1));
   EXPECT_FALSE(platform::IsBadWritePtr(pages.page(0), ps));
-}
-
-// Checks from many threads at once, on memory each thread owns and changes under the others' feet.
-TEST(MemoryProbeChanges, ThreadsCheckAtTheSameTime) {
-  std::atomic<int> wrong{0};
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([&wrong] {
-      for (int i = 0; i < 200; ++i) {
-        GuardedPages pages(2);
-        const size_t ps = pages.pageSize();
-        if (platform::IsBadWritePtr(pages.page(0), 2 * ps)) ++wrong;
-        pages.protect(1, GuardedPages::Access::kRead);
-        if (!platform::IsBadWritePtr(pages.page(0), 2 * ps)) ++wrong;
-        if (platform::IsBadReadPtr(pages.page(0), 2 * ps)) ++wrong;
-      }
-    });
-  }
-  for (std::thread& t : threads) t.join();
-  EXPECT_EQ(wrong.load(), 0);
 }
 
 // A child made by fork has mappings of its own: what it unmaps is bad for it, not for its parent.
