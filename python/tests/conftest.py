@@ -10,11 +10,6 @@ import pytest
 ROOT = Path(__file__).resolve().parents[2]
 
 
-def program_path() -> Path:
-    """The lettrix program of the same build (LETTRIX_PROGRAM, or the native build's)."""
-    return Path(os.environ.get("LETTRIX_PROGRAM", ROOT / "build" / "native" / "bin" / "lettrix"))
-
-
 def read_png(path) -> np.ndarray:
     from PIL import Image
 
@@ -25,20 +20,17 @@ def read_png(path) -> np.ndarray:
 
 @pytest.fixture
 def run_program(tmp_path):
-    """Runs the lettrix program with options and text; returns (exit code, image or None, stderr)."""
-    program = program_path()
+    """Runs the lettrix program of the same build (LETTRIX_PROGRAM, or the native build's) with options and
+    text; returns (exit code, image or None, stderr)."""
+    program = Path(os.environ.get("LETTRIX_PROGRAM", ROOT / "build" / "native" / "bin" / "lettrix"))
     if not program.exists():
         pytest.fail(f"the lettrix program is not at {program} (set LETTRIX_PROGRAM)")
-    counter = [0]
+    runs = iter(range(1, 10**6))
 
     def run(args, text=None):
-        counter[0] += 1
-        out = tmp_path / f"program-{counter[0]}.png"
-        command = [str(program), *args, "-o", str(out)]
-        if text is not None:
-            command += ["--text", text]
+        out = tmp_path / f"program-{next(runs)}.png"
+        command = [str(program), *args, "-o", str(out)] + (["--text", text] if text is not None else [])
         done = subprocess.run(command, capture_output=True, text=True, timeout=300)
-        image = read_png(out) if done.returncode == 0 else None
-        return done.returncode, image, done.stderr
+        return done.returncode, read_png(out) if done.returncode == 0 else None, done.stderr
 
     return run

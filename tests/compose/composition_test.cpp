@@ -11,36 +11,6 @@
 namespace lx::compose {
 namespace {
 
-constexpr const char* kSerifOtf = "/usr/share/fonts/opentype/freefont/FreeSerif.otf";
-
-struct Rgb {
-  int r, g, b, a;
-};
-
-Rgb At(const RgbaImage& image, int x, int y) {
-  const uint8_t* p = &image.pixels[(static_cast<size_t>(y) * image.width + x) * 4];
-  return {p[0], p[1], p[2], p[3]};
-}
-
-// Rows holding some pixel that differs from the background.
-std::vector<bool> InkedRows(const RgbaImage& image) {
-  const Rgb page = At(image, 0, 0);
-  std::vector<bool> rows(image.height, false);
-  for (int y = 0; y < image.height; ++y) {
-    for (int x = 0; x < image.width; ++x) {
-      const Rgb p = At(image, x, y);
-      rows[y] = rows[y] || p.r != page.r || p.g != page.g || p.b != page.b || p.a != page.a;
-    }
-  }
-  return rows;
-}
-
-int Bands(const std::vector<bool>& rows) {
-  int bands = 0;
-  for (size_t i = 0; i < rows.size(); ++i) bands += rows[i] && (i == 0 || !rows[i - 1]);
-  return bands;
-}
-
 TEST(Composition, DrawsStraightAlphaRgbaOnTheBackground) {
   Settings s;
   SetOption(s, "background", "#102030");
@@ -50,43 +20,17 @@ TEST(Composition, DrawsStraightAlphaRgbaOnTheBackground) {
   const RgbaImage image = Compose(s, "Hi");
   ASSERT_GT(image.width, 40);
   ASSERT_EQ(image.pixels.size(), static_cast<size_t>(image.width) * image.height * 4);
-  const Rgb corner = At(image, 0, 0);
-  EXPECT_EQ(corner.r, 0x10);
-  EXPECT_EQ(corner.g, 0x20);
-  EXPECT_EQ(corner.b, 0x30);
-  EXPECT_EQ(corner.a, 255);
-  int orange = 0;
-  for (int y = 0; y < image.height; ++y) {
-    for (int x = 0; x < image.width; ++x) {
-      const Rgb p = At(image, x, y);
-      orange += p.r == 255 && p.g == 128 && p.b == 0;
-    }
+  int page = 0, orange = 0;
+  for (size_t i = 0; i < image.pixels.size(); i += 4) {
+    const uint32_t p = uint32_t(image.pixels[i]) << 24 | image.pixels[i + 1] << 16 |
+                       image.pixels[i + 2] << 8 | image.pixels[i + 3];
+    page += p == 0x102030FFu;
+    orange += p == 0xFF8000FFu;
   }
+  EXPECT_EQ(std::vector<uint8_t>(image.pixels.begin(), image.pixels.begin() + 4),
+            (std::vector<uint8_t>{0x10, 0x20, 0x30, 255}));
   EXPECT_GT(orange, 200);
-}
-
-TEST(Composition, LineFeedsMakeLinesAndWrappingMakesMore) {
-  Settings s;
-  SetOption(s, "size", "40");
-  SetOption(s, "background", "white");
-  SetOption(s, "face-color", "black");
-  EXPECT_EQ(Bands(InkedRows(Compose(s, "one\ntwo\nsea"))), 3);
-  EXPECT_EQ(Bands(InkedRows(Compose(s, "one two sea"))), 1);
-  SetOption(s, "wrap", "120");
-  EXPECT_EQ(Bands(InkedRows(Compose(s, "one two sea"))), 3);
-}
-
-TEST(Composition, LayoutSettingsReachTheBlock) {
-  Settings s;
-  const std::vector<uint8_t> plain = LayOutText(s, "office");
-  SetOption(s, "font", kSerifOtf);
-  const std::vector<uint8_t> ligated = LayOutText(s, "office");
-  SetOption(s, "features", "liga=0");
-  const std::vector<uint8_t> separate = LayOutText(s, "office");
-  EXPECT_NE(ligated, separate);
-  EXPECT_NE(plain, ligated);
-  SetOption(s, "letter-spacing", "5");
-  EXPECT_NE(LayOutText(s, "office"), separate);
+  EXPECT_GT(page, orange);
 }
 
 TEST(Composition, FailuresCarryTheCommandLinesMessages) {

@@ -86,21 +86,6 @@ TEST(TextCff, OpenTypeGlyphsDrawWithinAPixelOfTheExactOnes) {
   }
 }
 
-TEST(TextCff, TheComparisonSeesAGlyphMovedByTwoPixels) {
-  const LettrixTextLayout layout = Layout(kSerifOtf, 96);
-  Laid laid("S", layout);
-  ASSERT_TRUE(laid.ok());
-  const int width = laid.r().ink_right + 8, height = laid.r().ink_bottom + 8;
-  const std::vector<uint8_t> drawn = DrawAlpha(laid.r(), width, height);
-  std::vector<uint8_t> exact = ExactAlpha(laid, kSerifOtf, 96, width, height);
-  std::vector<uint8_t> moved(exact.size(), 0);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 2; x < width; ++x)
-      moved[static_cast<size_t>(y) * width + x] = exact[static_cast<size_t>(y) * width + x - 2];
-  }
-  EXPECT_FALSE(WithinReach(drawn, moved, width, height, 1) && WithinReach(moved, drawn, width, height, 1));
-}
-
 Point CubicAt(const Point (&p)[4], double t) {
   const double u = 1 - t;
   return {u * u * u * p[0].x + 3 * u * u * t * p[1].x + 3 * u * t * t * p[2].x + t * t * t * p[3].x,
@@ -120,6 +105,8 @@ TEST(TextCff, CubicPiecesStayWithinASixteenthOfAPixel) {
     SplitCubic(c[0], c[1], c[2], c[3], 1.0 / 16, &pieces);
     ASSERT_FALSE(pieces.empty());
     EXPECT_LE(pieces.size(), 1024u);
+    EXPECT_TRUE(&c != &cubics[2] || pieces.size() == 1u);  // a flat cubic needs one piece
+    EXPECT_TRUE(&c != &cubics[3] || pieces.size() > 20u);  // a large curved one many
     EXPECT_EQ(pieces.back().end.x, c[3].x);
     EXPECT_EQ(pieces.back().end.y, c[3].y);
     // Equal parameter steps: piece k covers t in [k/n, (k+1)/n]; compare point by point.
@@ -139,96 +126,53 @@ TEST(TextCff, CubicPiecesStayWithinASixteenthOfAPixel) {
     }
     EXPECT_LE(worst, 1.0 / 16) << c[1].x;
   }
-  // A flat cubic needs one piece, a large curved one many.
-  std::vector<QuadraticPiece> flat, curved;
-  SplitCubic(cubics[2][0], cubics[2][1], cubics[2][2], cubics[2][3], 1.0 / 16, &flat);
-  SplitCubic(cubics[3][0], cubics[3][1], cubics[3][2], cubics[3][3], 1.0 / 16, &curved);
-  EXPECT_EQ(flat.size(), 1u);
-  EXPECT_GT(curved.size(), 20u);
 }
 
-TEST(TextCff, ContoursBecomeLineAndCurveRecords) {
+// One contour from `start`: a line to each end point, or a curve where a control point is given.
+OutlineBlockWriter Contour(Point start, const std::vector<std::pair<Point, Point>>& edges) {
   OutlineBlockWriter writer;
-  writer.MoveTo({10.25, 20.75});
-  writer.LineTo({30, 20.75});
-  writer.LineTo({30, 30});
-  writer.QuadraticTo({30, 40}, {10.25, 40});
+  writer.MoveTo(start);
+  for (const auto& [control, end] : edges)
+    std::isnan(control.x) ? writer.LineTo(end) : writer.QuadraticTo(control, end);
   writer.EndContour();
+  return writer;
+}
+
+TEST(TextCff, ContoursBecomeLineAndCurveRecordsInRange) {
+  const Point line{NAN, 0};
+  const OutlineBlockWriter writer =
+      Contour({10.25, 20.75}, {{line, {30, 20.75}}, {line, {30, 30}}, {{30, 40}, {10.25, 40}}});
   const std::vector<uint8_t>& b = writer.bytes();
   auto u32 = [&](size_t at) {
     return static_cast<uint32_t>(b[at] | b[at + 1] << 8 | b[at + 2] << 16 |
                                  static_cast<uint32_t>(b[at + 3]) << 24);
   };
-  auto u16 = [&](size_t at) { return static_cast<uint16_t>(b[at] | b[at + 1] << 8); };
+  auto u16 = [&](size_t at) { return static_cast<uint32_t>(b[at] | b[at + 1] << 8); };
+  // Header (size, type, start 10.25 and 20.75), one line record for both lines, the curve's control and end.
   ASSERT_EQ(b.size(), 16u + 4 + 16 + 4 + 16);
-  EXPECT_EQ(u32(0), b.size());
-  EXPECT_EQ(u32(4), 24u);
-  EXPECT_EQ(u32(8), 0xA4000u);    // 10.25
-  EXPECT_EQ(u32(12), 0x14C000u);  // 20.75
-  EXPECT_EQ(u16(16), 1);          // one line record for both lines
-  EXPECT_EQ(u16(18), 2);
-  EXPECT_EQ(u32(20), 30u << 16);
-  EXPECT_EQ(u32(32), 30u << 16);
-  EXPECT_EQ(u16(36), 2);  // the curve: control and end
-  EXPECT_EQ(u16(38), 2);
-  EXPECT_EQ(u32(48), 0xA4000u);
-  EXPECT_EQ(u32(52), 40u << 16);
+  EXPECT_EQ(
+      std::vector<uint32_t>({u32(0), u32(4), u32(8), u32(12), u16(16), u16(18), u32(20), u32(32), u16(36),
+                             u16(38), u32(48), u32(52)}),
+      std::vector<uint32_t>({56, 24, 0xA4000, 0x14C000, 1, 2, 30 << 16, 30 << 16, 2, 2, 0xA4000, 40 << 16}));
   // The box has the start where the reader rounds it: 20.75 becomes 21, and 10.25 becomes 10.
-  EXPECT_EQ(writer.inkLeft(), 10);
-  EXPECT_EQ(writer.inkTop(), 20);
-  EXPECT_EQ(writer.inkRight(), 30);
-  EXPECT_EQ(writer.inkBottom(), 40);
-  OutlineBlockWriter high;
-  high.MoveTo({5.75, 5.75});
-  high.LineTo({9, 9});
-  high.LineTo({9, 8});
-  high.EndContour();
-  EXPECT_EQ(high.inkLeft(), 6);
-  EXPECT_EQ(high.inkTop(), 6);
-}
-
-// The last edge of a contour ends where the reader puts the start: its rounded point. A line back to the
-// start is left to the reader's closing edge; a curve ends on the rounded start itself.
-TEST(TextCff, TheLastEdgeEndsOnTheRoundedStart) {
-  OutlineBlockWriter lines;
-  lines.MoveTo({1.75, 2.25});
-  lines.LineTo({9, 2.25});
-  lines.LineTo({9, 9});
-  lines.LineTo({1.75, 2.25});
-  lines.EndContour();
+  EXPECT_EQ(std::vector<int>({writer.inkLeft(), writer.inkTop(), writer.inkRight(), writer.inkBottom()}),
+            std::vector<int>({10, 20, 30, 40}));
+  const OutlineBlockWriter high = Contour({5.75, 5.75}, {{line, {9, 9}}, {line, {9, 8}}});
+  EXPECT_EQ(std::make_pair(high.inkLeft(), high.inkTop()), std::make_pair(6, 6));
+  // The last edge ends where the reader puts the start, its rounded point: a line back to the start is
+  // left to the reader's closing edge; a curve ends on the rounded start itself.
+  const OutlineBlockWriter lines =
+      Contour({1.75, 2.25}, {{line, {9, 2.25}}, {line, {9, 9}}, {line, {1.75, 2.25}}});
   ASSERT_EQ(lines.bytes().size(), 16u + 4 + 16);
-  EXPECT_EQ(lines.bytes()[18], 2);  // two points: the line back to the start is gone
-
-  OutlineBlockWriter curve;
-  curve.MoveTo({1.75, 2.25});
-  curve.LineTo({9, 2.25});
-  curve.QuadraticTo({9, 9}, {1.75, 2.25});
-  curve.EndContour();
-  const std::vector<uint8_t>& b = curve.bytes();
-  ASSERT_EQ(b.size(), 16u + 4 + 8 + 4 + 16);
-  auto u32 = [&](size_t at) {
-    return static_cast<uint32_t>(b[at] | b[at + 1] << 8 | b[at + 2] << 16 |
-                                 static_cast<uint32_t>(b[at + 3]) << 24);
-  };
-  EXPECT_EQ(u32(b.size() - 8), 2u << 16);
-  EXPECT_EQ(u32(b.size() - 4), 2u << 16);
-}
-
-TEST(TextCff, PointsBeyondTheFixedRangeSpoilTheBlock) {
-  for (const Point far : {Point{32768, 0}, Point{0, -32769}, Point{NAN, 0}}) {
-    OutlineBlockWriter writer;
-    writer.MoveTo({0, 0});
-    writer.LineTo(far);
-    writer.LineTo({1, 1});
-    writer.EndContour();
-    EXPECT_FALSE(writer.inRange()) << far.x << "," << far.y;
-  }
-  OutlineBlockWriter edge;
-  edge.MoveTo({-32768, 0});
-  edge.LineTo({32767.99, 10});
-  edge.LineTo({0, 10});
-  edge.EndContour();
-  EXPECT_TRUE(edge.inRange());
+  EXPECT_EQ(lines.bytes()[18], 2);
+  const OutlineBlockWriter curve = Contour({1.75, 2.25}, {{line, {9, 2.25}}, {{9, 9}, {1.75, 2.25}}});
+  const std::vector<uint8_t>& c = curve.bytes();
+  ASSERT_EQ(c.size(), 16u + 4 + 8 + 4 + 16);
+  EXPECT_EQ(std::vector<uint8_t>(c.end() - 8, c.end()), (std::vector<uint8_t>{0, 0, 2, 0, 0, 0, 2, 0}));
+  // Points beyond the 16.16 range spoil the block.
+  for (const Point far : {Point{32768, 0}, Point{0, -32769}, Point{NAN, 0}})
+    EXPECT_FALSE(Contour({0, 0}, {{line, far}, {line, {1, 1}}}).inRange()) << far.x << "," << far.y;
+  EXPECT_TRUE(Contour({-32768, 0}, {{line, {32767.99, 10}}, {line, {0, 10}}}).inRange());
 }
 
 TEST(TextCff, TheReportedInkBoxIsTheOneTheRendererMeasures) {
@@ -240,10 +184,10 @@ TEST(TextCff, TheReportedInkBoxIsTheOneTheRendererMeasures) {
       ASSERT_TRUE(laid.ok());
       const InkBox measured =
           MeasureOutlineBlock(static_cast<const uint8_t*>(laid.r().block), laid.r().block_size);
-      EXPECT_EQ(laid.r().ink_left, measured.left) << font << " " << size;
-      EXPECT_EQ(laid.r().ink_top, measured.top);
-      EXPECT_EQ(laid.r().ink_right, measured.right);
-      EXPECT_EQ(laid.r().ink_bottom, measured.bottom);
+      EXPECT_EQ(std::vector<int32_t>(
+                    {laid.r().ink_left, laid.r().ink_top, laid.r().ink_right, laid.r().ink_bottom}),
+                std::vector<int32_t>({measured.left, measured.top, measured.right, measured.bottom}))
+          << font << " " << size;
     }
   }
 }

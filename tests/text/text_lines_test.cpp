@@ -43,26 +43,21 @@ TEST(TextLines, ThreeLinesAlignedEachWay) {
   }
 }
 
-TEST(TextLines, LineSpacingScalesTheStepBetweenBaselines) {
+TEST(TextLines, LineSpacingScalesTheStepAndEmptyLinesKeepTheirPlace) {
   LettrixTextLayout layout = Layout(kSansBold, 40);
-  Laid single("a\nb\r\nc", layout);
+  Laid single("a\n\nb\r\nc", layout);
   layout.line_spacing = 2.0;
-  Laid twice("a\nb\r\nc", layout);
+  Laid twice("a\n\nb\r\nc", layout);
   ASSERT_TRUE(single.ok() && twice.ok());
-  ASSERT_EQ(single.r().line_count, 3u);
+  ASSERT_EQ(single.r().line_count, 4u);
+  EXPECT_EQ(single.line(1).text_length, 0u);
+  EXPECT_EQ(single.glyph(1).line, 2u);
   const double step = single.line(1).baseline - single.line(0).baseline;
   EXPECT_GT(step, 40.0);
-  EXPECT_NEAR(single.line(2).baseline - single.line(1).baseline, step, 1e-9);
+  for (size_t i = 1; i < 3; ++i)
+    EXPECT_NEAR(single.line(i + 1).baseline - single.line(i).baseline, step, 1e-9);
   EXPECT_NEAR(twice.line(1).baseline - twice.line(0).baseline, 2 * step, 1e-9);
   EXPECT_EQ(twice.line(0).baseline, single.line(0).baseline);
-}
-
-TEST(TextLines, EmptyLinesKeepTheirPlace) {
-  Laid laid("a\n\nb", Layout(kSansBold, 40));
-  ASSERT_TRUE(laid.ok());
-  ASSERT_EQ(laid.r().line_count, 3u);
-  EXPECT_EQ(laid.line(1).text_length, 0u);
-  EXPECT_EQ(laid.glyph(1).line, 2u);
 }
 
 TEST(TextLines, LetterSpacingWidensEveryGap) {
@@ -113,15 +108,13 @@ TEST(TextLines, AWordWiderThanTheWidthIsBrokenInside) {
   }
   EXPECT_EQ(shown, 12u);
   EXPECT_EQ(laid.r().glyph_count, 12u);
-}
-
-TEST(TextLines, AGlyphWiderThanTheWidthStillGetsItsLine) {
-  LettrixTextLayout layout = Layout(kSansBold, 200);
+  // A glyph wider than the width still gets its line.
+  layout = Layout(kSansBold, 200);
   layout.wrap_width = 5;
-  Laid laid("WW", layout);
-  ASSERT_TRUE(laid.ok());
-  EXPECT_EQ(laid.r().line_count, 2u);
-  EXPECT_EQ(laid.r().glyph_count, 2u);
+  Laid wide("WW", layout);
+  ASSERT_TRUE(wide.ok());
+  EXPECT_EQ(wide.r().line_count, 2u);
+  EXPECT_EQ(wide.r().glyph_count, 2u);
 }
 
 }  // namespace

@@ -13,9 +13,8 @@ namespace {
 
 lxt::Image Load(const std::string& path) {
   const std::vector<uint8_t> bytes = lxt::ReadWholeFile(path, "image");
-  if (bytes.size() > 4 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G')
-    return lxt::DecodePng(bytes, path);
-  return lxt::DecodeTga(bytes, path);
+  const bool png = bytes.size() > 4 && bytes[1] == 'P' && bytes[2] == 'N' && bytes[3] == 'G';
+  return png ? lxt::DecodePng(bytes, path) : lxt::DecodeTga(bytes, path);
 }
 
 int ByteDifference(uint32_t a, uint32_t b) {
@@ -30,20 +29,13 @@ int ByteDifference(uint32_t a, uint32_t b) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3 && argc != 7) {
+  if (!(argc == 3 ||
+        (argc == 7 && std::string(argv[3]) == "--tolerance" && std::string(argv[5]) == "--max-share"))) {
     std::fprintf(stderr, "usage: %s A B [--tolerance N --max-share F]\n", argv[0]);
     return 2;
   }
-  int tolerance = 0;
-  double maxShare = 0.0;
-  if (argc == 7) {
-    if (std::string(argv[3]) != "--tolerance" || std::string(argv[5]) != "--max-share") {
-      std::fprintf(stderr, "usage: %s A B [--tolerance N --max-share F]\n", argv[0]);
-      return 2;
-    }
-    tolerance = std::atoi(argv[4]);
-    maxShare = std::atof(argv[6]);
-  }
+  const int tolerance = argc == 7 ? std::atoi(argv[4]) : 0;
+  const double maxShare = argc == 7 ? std::atof(argv[6]) : 0.0;
   try {
     const lxt::Image a = Load(argv[1]), b = Load(argv[2]);
     if (a.width != b.width || a.height != b.height) {

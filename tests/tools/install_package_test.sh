@@ -32,7 +32,6 @@ pc=$(find "$prefix" -name lettrix.pc | head -n 1)
 echo "== find_package(Lettrix)"
 "$cmake" -S "$consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release >/dev/null
 "$cmake" --build "$work/consumer" >/dev/null
-"$work/consumer/lettrix_consumer"
 "$work/consumer/lettrix_text_consumer"
 
 echo "== pkg-config lettrix"
@@ -45,13 +44,7 @@ mv "$prefix" "$work/moved"
 pc="$work/moved/${pc#"$prefix"/}"
 export PKG_CONFIG_PATH="$(dirname "$pc")"
 moved_libdir="$work/moved/${libdir#"$prefix"/}"
-cc $(pkg-config --cflags lettrix) "$consumer/consumer.c" $(pkg-config --libs lettrix) -Wl,-rpath,"$moved_libdir" \
-  -o "$work/pc_consumer"
-cc $(pkg-config --cflags lettrix_text) "$consumer/text_consumer.c" $(pkg-config --libs lettrix_text) \
-  -Wl,-rpath,"$moved_libdir" -o "$work/pc_text_consumer"
-"$work/pc_text_consumer"
-"$work/pc_consumer"
-cc $(pkg-config --cflags lettrix_text) "$consumer/text_consumer.c" $(pkg-config --libs lettrix_text) \
+cc $(pkg-config --cflags lettrix lettrix_text) "$consumer/text_consumer.c" $(pkg-config --libs lettrix lettrix_text) \
   -Wl,-rpath,"$moved_libdir" -o "$work/pc_text_consumer"
 "$work/pc_text_consumer"
 

@@ -1,15 +1,13 @@
 #include "tests/tools/tool_support.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -25,25 +23,17 @@ namespace lxt::testing {
 
 TempDir::TempDir() {
   char pattern[] = "/tmp/lettrix-tools-XXXXXX";
-  const char* made = mkdtemp(pattern);
-  if (!made) std::abort();
-  dir_ = made;
+  if (!mkdtemp(pattern)) std::abort();
+  dir_ = pattern;
 }
 
 TempDir::~TempDir() {
-  for (const std::string& name : files()) std::remove(path(name).c_str());
-  rmdir(dir_.c_str());
+  std::filesystem::remove_all(dir_);
 }
 
 std::vector<std::string> TempDir::files() const {
   std::vector<std::string> names;
-  if (DIR* d = opendir(dir_.c_str())) {
-    while (dirent* e = readdir(d)) {
-      const std::string name = e->d_name;
-      if (name != "." && name != "..") names.push_back(name);
-    }
-    closedir(d);
-  }
+  for (const auto& e : std::filesystem::directory_iterator(dir_)) names.push_back(e.path().filename());
   std::sort(names.begin(), names.end());
   return names;
 }
@@ -56,13 +46,11 @@ RunResult RunLettrix(const std::vector<std::string>& args, const std::string& in
   posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   if (!input.empty()) posix_spawn_file_actions_addopen(&actions, 0, input.c_str(), O_RDONLY, 0);
-
   std::vector<std::string> all{LETTRIX_CLI_PATH};
   all.insert(all.end(), args.begin(), args.end());
   std::vector<char*> argv;
   for (std::string& a : all) argv.push_back(&a[0]);
   argv.push_back(nullptr);
-
   RunResult result;
   pid_t pid = 0;
   if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
@@ -76,21 +64,14 @@ RunResult RunLettrix(const std::vector<std::string>& args, const std::string& in
   return result;
 }
 
-bool FileExists(const std::string& path) {
-  struct stat st;
-  return stat(path.c_str(), &st) == 0;
-}
-
 std::string ReadText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
   std::stringstream s;
-  s << in.rdbuf();
+  s << std::ifstream(path, std::ios::binary).rdbuf();
   return s.str();
 }
 
 void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) {
-  std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
 Image LoadImage(const std::string& path) {
@@ -107,26 +88,11 @@ Image LoadImage(const std::string& path) {
 
 Image RenderImage(const TempDir& dir, std::vector<std::string> args) {
   const std::string out = dir.path("render.png");
-  std::remove(out.c_str());
-  args.push_back("-o");
-  args.push_back(out);
+  std::filesystem::remove(out);
+  args.insert(args.end(), {"-o", out});
   const RunResult r = RunLettrix(args);
   EXPECT_EQ(r.exitCode, 0) << r.err;
-  if (r.exitCode != 0) return Image();
-  return LoadImage(out);
-}
-
-uint8_t Alpha(uint32_t p) {
-  return static_cast<uint8_t>(p >> 24);
-}
-uint8_t Red(uint32_t p) {
-  return static_cast<uint8_t>(p >> 16);
-}
-uint8_t Green(uint32_t p) {
-  return static_cast<uint8_t>(p >> 8);
-}
-uint8_t Blue(uint32_t p) {
-  return static_cast<uint8_t>(p);
+  return r.exitCode == 0 ? LoadImage(out) : Image();
 }
 
 }  // namespace lxt::testing

@@ -48,12 +48,8 @@ class MovableBlock : public ::testing::Test {
   // A global block of `size` bytes (flags as GlobalAlloc takes them) starting with `bytes`.
   static HGLOBAL Block(UINT flags, const std::vector<uint8_t>& bytes, size_t size) {
     HGLOBAL h = GlobalAlloc(flags | GMEM_ZEROINIT, size);
-    if (h == nullptr) return nullptr;
-    void* p = GlobalLock(h);
-    if (p == nullptr) {
-      GlobalFree(h);
-      return nullptr;
-    }
+    void* p = h ? GlobalLock(h) : nullptr;
+    if (p == nullptr) return nullptr;
     const std::vector<uint8_t> padded = lx::test::PaddedOutlineBlock(bytes, size);
     std::memcpy(p, padded.data(), padded.size());
     GlobalUnlock(h);
@@ -78,8 +74,7 @@ TEST_F(MovableBlock, DrawsTheSamePixelsAsAFixedBlockAndIsLeftUnlocked) {
   ASSERT_FALSE(bytes.empty());
   HGLOBAL fixed = Block(GMEM_FIXED, bytes, bytes.size());
   HGLOBAL movable = Block(GMEM_MOVEABLE, bytes, bytes.size());
-  ASSERT_NE(fixed, nullptr);
-  ASSERT_NE(movable, nullptr);
+  ASSERT_TRUE(fixed && movable);
   // A movable handle is not the block's address, which is what made it unusable before.
   ASSERT_NE(static_cast<void*>(movable), GlobalLock(movable));
   GlobalUnlock(movable);
@@ -100,26 +95,19 @@ TEST_F(MovableBlock, DrawsTheSamePixelsAsAFixedBlockAndIsLeftUnlocked) {
   GlobalUnlock(movable);
   EXPECT_EQ(fromFixed, fromMovable);
 
-  GlobalFree(fixed);
-  GlobalFree(movable);
-}
-
-TEST_F(MovableBlock, TheWrapperClassDrawsItLikeAFixedBlock) {
-  const std::vector<uint8_t>& bytes = scene_.bytes();
-  HGLOBAL blocks[2] = {Block(GMEM_FIXED, bytes, bytes.size()), Block(GMEM_MOVEABLE, bytes, bytes.size())};
+  // The wrapper class draws it alike, too.
   std::vector<uint32_t> canvases[2];
   for (int i = 0; i < 2; ++i) {
-    ASSERT_NE(blocks[i], nullptr);
     CLettrix lettrix;
     ASSERT_EQ(lettrix.CreateProcessA(), 1);
     ASSERT_EQ(lettrix.CreateCanvas(kWidth, kHeight), 1);
-    ASSERT_EQ(lettrix.RenderIt(blocks[i]), 1);
+    ASSERT_EQ(lettrix.RenderIt(i ? movable : fixed), 1);
     canvases[i].assign(lettrix.canvasPixels, lettrix.canvasPixels + kWidth * kHeight);
   }
   EXPECT_EQ(canvases[0], canvases[1]);
-  EXPECT_EQ(GlobalFlags(blocks[1]) & GMEM_LOCKCOUNT, 0u);
-  GlobalFree(blocks[0]);
-  GlobalFree(blocks[1]);
+  EXPECT_EQ(GlobalFlags(movable) & GMEM_LOCKCOUNT, 0u);
+  GlobalFree(fixed);
+  GlobalFree(movable);
 }
 
 TEST_F(MovableBlock, UnreadableOrEmptyMovableBlocksAreRefusedWithTheBufferUntouched) {
@@ -157,19 +145,15 @@ TEST_F(MovableBlock, UnreadableOrEmptyMovableBlocksAreRefusedWithTheBufferUntouc
   GlobalFree(unreadable);
 
   // A movable block of no bytes (GlobalAlloc gives a handle to nothing).
-  HGLOBAL empty = GlobalAlloc(GMEM_MOVEABLE, 0);
-  ASSERT_NE(empty, nullptr);
-  EXPECT_EQ(GlobalSize(empty), 0u);
-  EXPECT_FALSE(draw(empty, &pixels));
-  EXPECT_EQ(pixels, untouched);
-  GlobalFree(empty);
-
-  // A freed movable handle.
-  HGLOBAL freed = Block(GMEM_MOVEABLE, bytes, bytes.size());
-  ASSERT_NE(freed, nullptr);
+  // A movable block of no bytes (GlobalAlloc gives a handle to nothing), and a freed one.
+  HGLOBAL empty = GlobalAlloc(GMEM_MOVEABLE, 0), freed = Block(GMEM_MOVEABLE, bytes, bytes.size());
+  ASSERT_TRUE(empty && freed && GlobalSize(empty) == 0);
   GlobalFree(freed);
-  EXPECT_FALSE(draw(freed, &pixels));
-  EXPECT_EQ(pixels, untouched);
+  for (HGLOBAL h : {empty, freed}) {
+    EXPECT_FALSE(draw(h, &pixels));
+    EXPECT_EQ(pixels, untouched);
+  }
+  GlobalFree(empty);
 }
 
 }  // namespace
