@@ -59,6 +59,7 @@ TEST(PixelBuffer, WrapDescribesCallerMemoryWithoutOwningIt) {
   {
     PixelBuffer buffer;
     buffer.wrap(pixels.data(), 3, 2);
+    EXPECT_TRUE(buffer.hasPixels());
     EXPECT_EQ(buffer.pixels(), reinterpret_cast<uint8_t*>(pixels.data()));
     EXPECT_EQ(buffer.view().stride, 12);
     EXPECT_EQ(buffer.rect().bottom, 2);

@@ -86,7 +86,8 @@ TEST(CopyRectangle, OutsideOrEmptyCopiesNothing) {
 TEST(CopyPixels, CopiesAndClearsExactlyTheCount) {
   for (size_t count : {size_t{1}, size_t{2}, size_t{3}, size_t{7}, size_t{1001}}) {
     Pixels source(count + 1);
-    for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint32_t>(i * 2654435761u);
+    // No source pixel is 0, so a pixel the clearing skips still shows.
+    for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint32_t>((i + 1) * 2654435761u);
     // One pixel into the block, so the wide stores also see a 4-byte alignment.
     Pixels copy(count + 2, 0xDEADBEEFu);
     CopyPixels(copy.data() + 1, source.data(), count);
