@@ -1,6 +1,6 @@
-// Outline blocks from GDI: the font file is added privately, selected by its family name, weight and
-// slant, and each glyph's GetGlyphOutline(GGO_NATIVE) contours are moved to their place on the line with
-// y turned to grow downwards.
+// Outline blocks from GDI: the font is added privately from memory, selected by its family name,
+// weight and slant, and each glyph's GetGlyphOutline(GGO_NATIVE) contours are moved to their place on the
+// line with y turned to grow downwards.
 #include <windows.h>
 
 #include <cstring>
@@ -57,20 +57,29 @@ bool PlaceGlyph(std::vector<uint8_t>* glyph, int64_t dx, int64_t baseline) {
   return true;
 }
 
-// The font file, added for this process only while the object lives.
+// The font, added from the bytes already read, for this process only while the object lives. Adding
+// it by file name instead would let GDI open the file without sharing for a moment, and another
+// process reading the same font right then would fail.
 class PrivateFont {
  public:
-  explicit PrivateFont(const std::string& path) : path_(path) {
-    added_ = AddFontResourceExA(path_.c_str(), FR_PRIVATE, nullptr) > 0;
+  explicit PrivateFont(std::vector<uint8_t>* file) {
+    DWORD count = 0;
+    if (file->size() > MAXDWORD) return;
+    handle_ = AddFontMemResourceEx(file->data(), static_cast<DWORD>(file->size()), nullptr, &count);
+    if (handle_ != nullptr && count == 0) {
+      RemoveFontMemResourceEx(handle_);
+      handle_ = nullptr;
+    }
   }
   ~PrivateFont() {
-    if (added_) RemoveFontResourceExA(path_.c_str(), FR_PRIVATE, nullptr);
+    if (handle_ != nullptr) RemoveFontMemResourceEx(handle_);
   }
-  bool added() const { return added_; }
+  PrivateFont(const PrivateFont&) = delete;
+  PrivateFont& operator=(const PrivateFont&) = delete;
+  bool added() const { return handle_ != nullptr; }
 
  private:
-  std::string path_;
-  bool added_ = false;
+  HANDLE handle_ = nullptr;
 };
 
 // A memory device context with the font selected, released in reverse order.
@@ -116,7 +125,7 @@ bool BuildOutlineBlock(const TextLine& line, OutlineBlock* out, std::string* err
     Fail(error, "font family name too long for GDI");
     return false;
   }
-  const PrivateFont added(line.fontPath);
+  const PrivateFont added(&file);
   if (!added.added()) {
     Fail(error, "GDI refused font " + line.fontPath);
     return false;
