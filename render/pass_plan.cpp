@@ -135,6 +135,9 @@ bool PlanShadow(const WorkGeometry& g, const ShadowPlacement& p, int32_t outputW
   plan->image = e.image;
   plan->shiftX = e.shape.left - e.image.left;
   plan->shiftY = e.shape.top - e.image.top;
+  const double pixels = static_cast<double>(e.image.width()) * static_cast<double>(e.image.height());
+  plan->densestOverWhole = plan->softened && pixels <= kWholeSofteningPixels &&
+                           pixels * static_cast<double>(plan->stampReach + 1) <= kWholeSofteningBudget;
   return true;
 }
 

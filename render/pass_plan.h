@@ -46,6 +46,13 @@ WorkGeometry MeasureWork(const IntRect& glyphRect, double strokeWidth, uint8_t f
 constexpr double kExtrusionBudget = 4294967296.0;  // 2^32 pixel blends
 constexpr double kExtrusionLimit = 17179869184.0;  // 2^34
 
+// The smoothing of an unblurred extrusion scales by the densest pixel of the whole Shadow image. When
+// the part kept for the buffer cannot show that it holds the densest value the stamps allow, the whole
+// image is drawn to find it, but only within these bounds; past them the kept part stands in for the
+// whole, so that a huge, hostile outline costs no more than the buffer it is drawn into.
+constexpr double kWholeSofteningPixels = 4194304.0;   // 2^22 pixels
+constexpr double kWholeSofteningBudget = 67108864.0;  // 2^26 pixel blends
+
 struct Box {
   int64_t left, top, right, bottom;
   int64_t width() const { return right - left; }
@@ -153,6 +160,8 @@ struct ShadowPlan {
   bool softened = false;              // stamped without blur: the extrusion's edge is softened instead
   int64_t stampReach = 0;             // how many pixels the stamps reach along the longer axis
   int64_t reach = 0;                  // how far beyond the output the image is kept (see PlanWorkImage)
+  bool densestOverWhole = false;      // softened, and the whole image is cheap enough to draw for its
+                                      // densest pixel when the kept part cannot show it
 };
 
 // The Shadow is the work image zoomed about its centre (each side truncated) and moved by the offset.

@@ -140,7 +140,7 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   // The smoothing of an extrusion without blur scales by the densest pixel of the whole image, which
   // may lie anywhere in it. It is drawn cut all the same: when the cut already holds the densest value
   // that the shape's alpha and the number of stamps allow, the whole image has it too. Only when it
-  // does not is the whole image drawn.
+  // does not is the whole image drawn, and only while that stays cheap; otherwise the cut stands in.
   const uint8_t alpha = static_cast<uint8_t>(caller.shadowAlpha);
   WorkImage image(caller.scratch[0]);
   auto draw = [&](int64_t keep) {
@@ -152,7 +152,7 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
 
   if (plan.softened) {
     int32_t densest = -1;
-    if (!image.plan.layout.empty()) {
+    if (!image.plan.layout.empty() && plan.densestOverWhole) {
       // A cut image: the body before stamping is at most the Shadow's alpha, after stamping at most the
       // stack of every stamp and the shape itself.
       const bool even = caller.extrudedShadowColour != 1;

@@ -24,14 +24,17 @@
  * of the line between the two. With SetExtrudedShadowColor(1) (the default) the overlapping steps are
  * composited over each other, so a translucent Shadow grows denser towards the glyphs; with any other
  * value (0, say) the block is one even body in the Shadow colour at the Shadow alpha (an opaque Shadow
- * looks the same either way). With a
- * Shadow blur level of 0 the block's outline is then smoothed: a light blur of its alpha (radius 1,
- * three times) rounds off the stair-steps the line leaves on slanted sides, and a steeper alpha ramp
- * about half the body's alpha restores a solid body with an antialiased edge about two pixels wide, where
- * the unsmoothed edge was. Colours are left as drawn. A Shadow blur level above 0 replaces that smoothing
- * by the ordinary blur. An extrusion costs about its length in pixels times the Shadow image's pixels: a
- * Shadow whose extrusion would still cost more than 2^34 pixel blends after it is cut down to what can
- * reach the buffer is not drawn at all (the Outline and Face still are); everyday offsets never come near.
+ * looks the same either way). With a Shadow blur level of 0 the block's outline is then smoothed: a
+ * light blur of its alpha (radius 1, three times) rounds off the stair-steps the line leaves on slanted
+ * sides, and a steeper alpha ramp about half the body's alpha restores a solid body with an antialiased
+ * edge about two pixels wide, where the unsmoothed edge was. The body's alpha is that of the densest pixel
+ * of the Shadow image; when that image has more than 2^22 pixels, or its pixels times the stamps pass
+ * 2^26, and the part that can reach the buffer falls short of the densest value the stamps allow, it is
+ * measured over that part alone. Colours are left as drawn. A Shadow blur level above 0 replaces that
+ * smoothing by the ordinary blur. An extrusion costs about its length in pixels times the Shadow image's
+ * pixels: a Shadow whose extrusion would still cost more than 2^34 pixel blends after it is cut down to
+ * what can reach the buffer is not drawn at all (the Outline and Face still are); everyday offsets never
+ * come near.
  *
  * Caller memory: the functions that take the caller's memory (Render's block and buffer, textures,
  * colour stops) check it before use, but those checks see unmapped or protected memory only. A heap

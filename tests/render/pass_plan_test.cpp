@@ -148,5 +148,37 @@ TEST(PlanShadow, ZoomsAboutTheCentreMovesByTheOffsetAndTakesInTheExtrusion) {
   }
 }
 
+// The whole extruded image may be drawn for the smoothing's densest pixel up to 2^22 pixels and 2^26
+// pixel blends (its pixels times the stamps and the shape); a blurred or flat Shadow is not smoothed.
+TEST(PlanShadow, MeasuresTheDensestPixelOverTheWholeImageOnlyWhileItIsCheap) {
+  const struct {
+    const char* what;
+    int64_t width, height;  // the outline's; its work image is 4 larger each way, plus the offset
+    int32_t offsetX;
+    bool extruded;
+    uint8_t blurLevel;
+    bool whole;
+  } cases[] = {
+      {"everyday text", 600, 90, 5, true, 0, true},
+      {"blurred instead of smoothed", 600, 90, 5, true, 2, false},
+      {"not extruded", 600, 90, 5, false, 0, false},
+      {"2048 x 2048: 2^22 pixels", 2043, 2044, 1, true, 0, true},
+      {"2049 x 2048", 2044, 2044, 1, true, 0, false},
+      {"1024 x 1024 and 63 stamps: 2^26 blends", 957, 1020, 63, true, 0, true},
+      {"1024 x 1024 and 64 stamps", 956, 1020, 64, true, 0, false},
+  };
+  for (const auto& c : cases) {
+    const WorkGeometry g = MeasureWork({0, 0, static_cast<int32_t>(c.width), static_cast<int32_t>(c.height)},
+                                       0.0, 0, 0, c.blurLevel);
+    ShadowPlacement p;
+    p.offsetX = c.offsetX;
+    p.extruded = c.extruded;
+    p.blurLevel = c.blurLevel;
+    ShadowPlan plan;
+    ASSERT_TRUE(PlanShadow(g, p, 100, 100, &plan)) << c.what;
+    EXPECT_EQ(plan.densestOverWhole, c.whole) << c.what << ": image " << Text(plan.image);
+  }
+}
+
 }  // namespace
 }  // namespace lx
