@@ -1,6 +1,7 @@
 // Grey relief of the Face: bump shading of a 3x3 neighbourhood lit from (azimuth, elevation).
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -13,9 +14,11 @@ class EmbossFilter : public EffectObject {
  public:
   EmbossFilter() { updateLight(); }
 
-  // Azimuth in radians, used as given; the light is recomputed.
+  // Azimuth in radians, used as given, except that one that is not a number counts as 0 (as the 3D
+  // border's does): a light direction of NaN would leave every slope's shade undefined. The light is
+  // recomputed.
   void setAzimuth(double radians) {
-    azimuth_ = radians;
+    azimuth_ = std::isnan(radians) ? 0.0 : radians;
     updateLight();
   }
   double azimuth() const { return azimuth_; }

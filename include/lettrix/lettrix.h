@@ -150,8 +150,9 @@ LETTRIX_API bool LETTRIX_CALL SetTextureOutline(RenderHandle* slot, void* pixels
 LETTRIX_API void LETTRIX_CALL SetFaceTextureTiling(RenderHandle* slot, const int32_t* mode);
 /** Outline texture placement, as SetFaceTextureTiling. */
 LETTRIX_API void LETTRIX_CALL SetOutlineTextureTiling(RenderHandle* slot, const int32_t* mode);
-/** Face emboss light: azimuth in radians (clamped to [-pi, pi]) and a tint; the grey relief is scaled per
- *  channel by a/255 (red), c/255 (green) and b/255 (blue). 255, 255, 255 keeps it grey. */
+/** Face emboss light: azimuth in radians (clamped to [-pi, pi]; NaN lights as 0) and a tint; the grey
+ *  relief is scaled per channel by a/255 (red), c/255 (green) and b/255 (blue). 255, 255, 255 keeps it
+ *  grey. */
 LETTRIX_API void LETTRIX_CALL SetFaceTextureEmbossed(RenderHandle* slot, const double* angle,
                                                      const uint8_t* a, const uint8_t* b, const uint8_t* c);
 /** 1 embosses the Face. A null pointer changes nothing. */
@@ -159,7 +160,7 @@ LETTRIX_API void LETTRIX_CALL EnableFaceEmbossed(RenderHandle* slot, const uint8
 /** 1 gives the Outline a bevelled 3D border. A null pointer changes nothing. */
 LETTRIX_API void LETTRIX_CALL EnableOutline3DBorder(RenderHandle* slot, const uint8_t* on);
 /** 3D border light: elevation in degrees (clamped to 3..60), shading passes (1..60), azimuth in radians
- *  (clamped to [-pi, pi]). */
+ *  (clamped to [-pi, pi]; NaN lights as 0). */
 LETTRIX_API void LETTRIX_CALL SetOutline3DBorder(RenderHandle* slot, const uint8_t* width,
                                                  const uint8_t* depth, const double* angle);
 /** Outline thickness in pixels on each side of the contour (stroke width 2 * thickness, clamped to

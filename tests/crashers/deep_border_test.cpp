@@ -4,6 +4,7 @@
 // buffer, and an Outline that paints nothing skips its border altogether.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -87,6 +88,29 @@ TEST(DeepBorder, WindowsOnTextMatchTheWholeDrawing) {
       }
       EXPECT_EQ(differing, 0u) << "window at " << at.first << "," << at.second;
     }
+  }
+}
+
+// An emboss azimuth that is not a number (the fuzzer's, beside a deep border) once shaded the relief
+// through a conversion of NaN to an integer. It lights as an azimuth of 0 does, border or not.
+TEST(DeepBorder, EmbossAzimuthThatIsNotANumberLightsAsZero) {
+  const TextScene scene("Lx", 40, 8.0, 44.0);
+  for (const bool border : {false, true}) {
+    SCOPED_TRACE(border);
+    Image lit[2] = {Image(80, 60), Image(80, 60)};
+    const double azimuths[2] = {std::nan(""), 0.0};
+    for (int i = 0; i < 2; ++i) {
+      Process p;
+      p.faceStart(255, 250, 220, 40)
+          .faceEnd(255, 250, 90, 20)
+          .faceGradient(1)
+          .thickness(3)
+          .emboss(azimuths[i], 255, 255, 100);
+      if (border) p.border3D(30, 2, -2.3);
+      ASSERT_TRUE(p.render(scene, lit[i]));
+    }
+    EXPECT_GT(lit[1].countOther(0), 0u);
+    EXPECT_EQ(lit[0], lit[1]);
   }
 }
 

@@ -86,6 +86,12 @@ TEST(EmbossFilter, SlopesAreLitFromTheAzimuth) {
   emboss.setAzimuth(0.0);
   TestImage fromRight = ramp;
   emboss.apply(fromRight.view());
+  // An azimuth that is not a number lights from 0 (the fuzzer found it shading through an undefined
+  // conversion).
+  emboss.setAzimuth(std::nan(""));
+  EXPECT_EQ(emboss.azimuth(), 0.0);
+  TestImage fromNowhere = ramp;
+  emboss.apply(fromNowhere.view());
   emboss.setAzimuth(3.141592653589793);
   TestImage fromLeft = ramp;
   emboss.apply(fromLeft.view());
@@ -93,6 +99,7 @@ TEST(EmbossFilter, SlopesAreLitFromTheAzimuth) {
     for (int32_t x = 2; x < 10; ++x) {
       EXPECT_EQ(fromRight.at(x, y), Grey(157)) << x << ", " << y;
       EXPECT_EQ(fromLeft.at(x, y), Grey(238)) << x << ", " << y;
+      EXPECT_EQ(fromNowhere.at(x, y), Grey(157)) << x << ", " << y;
     }
   }
 
