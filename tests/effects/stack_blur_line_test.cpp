@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <string>
 #include <vector>
 
 namespace lx {
@@ -38,6 +39,37 @@ TEST(StackBlurLine, WideAndScalarPathsAgree) {
           StackBlurLine(src.data(), static_cast<ptrdiff_t>(n), r, wide.data(), step, mask, KernelPath::kWide);
           ASSERT_EQ(wide, scalar) << "length " << n << ", radius " << r << ", kind " << kind << ", mask "
                                   << std::hex << mask;
+        }
+      }
+    }
+  }
+}
+
+// A line is often a run of a longer row or column: what lies past its n pixels is neither read nor
+// written, on either path, whether the line ends in pixels or in a transparent stretch.
+TEST(StackBlurLine, ReadsAndWritesOnlyItsOwnPixels) {
+  const KernelPath paths[] = {KernelPath::kScalar, KernelPath::kWide};
+  unsigned seed = 100;
+  for (KernelPath path : paths) {
+    if (path == KernelPath::kWide && !HasWideKernels()) continue;
+    for (size_t n : {1, 5, 40}) {
+      for (unsigned r : {1u, 8u}) {
+        for (const bool endsEmpty : {false, true}) {
+          std::vector<uint32_t> line = Line(n, ++seed, 0);
+          if (endsEmpty && n > 2) line[n - 1] = line[n - 2] = 0;
+          std::vector<uint32_t> blurred[2];
+          for (const uint32_t beyond : {0u, 0xFFFFFFFFu}) {
+            std::vector<uint32_t> src(line);
+            src.insert(src.end(), 2, beyond);
+            std::vector<uint32_t> dst(n + 2, 0x5A5A5A5Au);
+            StackBlurLine(src.data(), static_cast<ptrdiff_t>(n), r, dst.data(), 1, 0xFFFFFFFFu, path);
+            blurred[beyond != 0] = dst;
+          }
+          const std::string where = "length " + std::to_string(n) + ", radius " + std::to_string(r) +
+                                    (endsEmpty ? ", ending empty" : "");
+          EXPECT_EQ(blurred[0], blurred[1]) << where;
+          EXPECT_EQ(blurred[1][n], 0x5A5A5A5Au) << where;
+          EXPECT_EQ(blurred[1][n + 1], 0x5A5A5A5Au) << where;
         }
       }
     }
