@@ -70,8 +70,8 @@ TEST(BlurFilter, RadiusZeroAndEmptyImagesChangeNothing) {
   const TestImage original = image;
   const bool all[4] = {true, true, true, true};
   blur.blur(image.view(), 0, 0);
-  blur.blurChannels(image.view(), 0, 0, all, 3);
   blur.blurChannels(image.view(), 4, 4, all, 0);
+  blur.blurChannels(image.view(), 4, 4, nullptr, 1);
   blur.blur(PixelView{}, 5, 5);
   PixelView flat = image.view();
   flat.height = 0;
@@ -89,13 +89,10 @@ TEST(BlurFilter, MatchesBleedThenAggStackBlur) {
     unsigned rx, ry;
     double transparent;
     bool runs;
-  } cases[] = {{40, 30, 1, 1, 0, false},     {40, 30, 3, 0, 0, false},    {7, 5, 20, 9, 0, false},
-               {1, 1, 2, 2, 0, false},       {64, 3, 254, 254, 0, false}, {3, 64, 2, 100, 0, false},
-               {200, 50, 31, 17, 0, false},  {50, 40, 1, 1, 0.5, false},  {50, 40, 2, 3, 0.9, false},
-               {60, 20, 5, 0, 0.95, false},  {20, 60, 0, 4, 0.97, false}, {120, 90, 40, 12, 0.995, false},
-               {9, 300, 7, 70, 0.99, false}, {300, 40, 1, 1, 0.3, true},  {300, 40, 4, 2, 0.3, true},
-               {90, 200, 3, 9, 0.3, true},   {400, 30, 20, 1, 0.3, true}, {64, 64, 0, 7, 0.3, true},
-               {500, 8, 254, 2, 0.3, true}};
+  } cases[] = {{40, 30, 3, 0, 0, false},    {7, 5, 20, 9, 0, false},         {1, 1, 2, 2, 0, false},
+               {64, 3, 254, 254, 0, false}, {3, 64, 2, 100, 0, false},       {50, 40, 2, 3, 0.9, false},
+               {20, 60, 0, 4, 0.97, false}, {120, 90, 40, 12, 0.995, false}, {300, 40, 1, 1, 0.3, true},
+               {90, 200, 3, 9, 0.3, true},  {500, 8, 254, 2, 0.3, true}};
   unsigned seed = 10;
   for (const auto& c : cases) {
     TestImage image = RandomImage(c.w, c.h, ++seed, c.transparent);
@@ -107,13 +104,10 @@ TEST(BlurFilter, MatchesBleedThenAggStackBlur) {
       for (int32_t y = 0; y < c.h; ++y) {
         for (int32_t x = static_cast<int32_t>(rng() % 7); x < c.w;) {
           const int32_t run = static_cast<int32_t>(rng() % (4 * std::max(c.rx, 1u) + 8));
-          const uint32_t colour = colours[rng() % 5];
-          for (int32_t k = x; k < std::min(c.w, x + run); ++k) image.at(k, y) = colour;
+          image.fillRect(x, y, std::min(c.w, x + run), y + 1, colours[rng() % 5]);
           x += run + static_cast<int32_t>(rng() % 5);
         }
       }
-      for (int32_t x = 0; x < c.w; ++x) image.at(x, c.h / 2) = 0xFF336699u;
-      for (int32_t y = 0; y < c.h; ++y) image.at(c.w / 3, y) = 0xFF336699u;
     }
     TestImage expected = image;
     ReferenceBlur(expected, c.rx, c.ry);
@@ -121,43 +115,29 @@ TEST(BlurFilter, MatchesBleedThenAggStackBlur) {
     EXPECT_EQ(image.pixels, expected.pixels) << c.w << "x" << c.h << " radii " << c.rx << ", " << c.ry;
   }
   // Radii above the tables' limit act as 254.
-  TestImage a = RandomImage(300, 280, 7, 0.98), b = a, c = a;
-  blur.blur(a.view(), 255, 255);
+  TestImage a = RandomImage(300, 280, 7, 0.98), b = a;
+  blur.blur(a.view(), 100000, 255);
   blur.blur(b.view(), 254, 254);
-  blur.blur(c.view(), 100000, 254);
   EXPECT_EQ(a.pixels, b.pixels);
-  EXPECT_EQ(c.pixels, b.pixels);
 }
 
 TEST(BlurFilter, ChannelSelectiveBlurStoresOnlyFlaggedBytesAndRepeats) {
   BlurFilter blur;
-  const bool colourOnly[4] = {true, true, true, false};
-  const bool alphaOnly[4] = {false, false, false, true};
+  const bool colourOnly[4] = {true, true, true, false}, alphaOnly[4] = {false, false, false, true};
   const bool oneByte[4] = {false, true, false, false};
   const TestImage original = RandomImage(70, 50, 21, 0.6);
   // Exactly the full passes with only the flagged bytes stored; the bleed still colours transparent pixels.
-  const struct {
-    const bool* flags;
-    uint32_t mask;
-  } cases[] = {{colourOnly, 0x00FFFFFFu}, {alphaOnly, 0xFF000000u}, {oneByte, 0x0000FF00u}};
-  for (const auto& c : cases) {
+  const std::pair<const bool*, uint32_t> cases[] = {
+      {colourOnly, 0x00FFFFFFu}, {alphaOnly, 0xFF000000u}, {oneByte, 0x0000FF00u}};
+  for (const auto& [flags, mask] : cases) {
     TestImage image = original, expected = original;
-    blur.blurChannels(image.view(), 3, 2, c.flags, 1);
-    ReferenceBlur(expected, 3, 2, c.mask);
-    EXPECT_EQ(image.pixels, expected.pixels) << std::hex << c.mask;
+    blur.blurChannels(image.view(), 3, 2, flags, 1);
+    ReferenceBlur(expected, 3, 2, mask);
+    EXPECT_EQ(image.pixels, expected.pixels) << std::hex << mask;
   }
-  // Where nothing is transparent there is nothing to bleed, so unflagged colour bytes stay.
-  TestImage visible = RandomImage(40, 30, 22, 0.0);
-  for (uint32_t& p : visible.pixels) p |= 0x80000000u;
-  const TestImage visibleBefore = visible;
-  blur.blurChannels(visible.view(), 5, 5, alphaOnly, 2);
-  for (size_t i = 0; i < visible.pixels.size(); ++i)
-    ASSERT_EQ(visible.pixels[i] & 0x00FFFFFFu, visibleBefore.pixels[i] & 0x00FFFFFFu);
-
-  const bool flags[4] = {true, false, true, true};
-  TestImage once = RandomImage(45, 33, 5, 0.7), thrice = once;
-  blur.blurChannels(thrice.view(), 2, 1, flags, 3);
-  for (int i = 0; i < 3; ++i) blur.blurChannels(once.view(), 2, 1, flags, 1);
+  TestImage once = original, thrice = original;
+  blur.blurChannels(thrice.view(), 2, 1, colourOnly, 3);
+  for (int i = 0; i < 3; ++i) blur.blurChannels(once.view(), 2, 1, colourOnly, 1);
   EXPECT_EQ(thrice.pixels, once.pixels);
 }
 
