@@ -23,9 +23,12 @@ inline uint8_t Byte(uint32_t pixel, int i) {
 
 struct TestImage {
   TestImage(int32_t w, int32_t h, uint32_t fill = 0)
-      : width(w), height(h), pixels(static_cast<size_t>(w) * static_cast<size_t>(h), fill) {}
+      : width(w), height(h), pixels(size_t(w) * size_t(h), fill) {}
 
-  PixelView view() { return {reinterpret_cast<uint8_t*>(pixels.data()), width, height, width * 4}; }
+  // The whole image, or the part from (left, top) on: rows further apart than the view's width.
+  PixelView view(int32_t left = 0, int32_t top = 0, int32_t w = 0, int32_t h = 0) {
+    return {reinterpret_cast<uint8_t*>(&at(left, top)), w ? w : width, h ? h : height, width * 4};
+  }
   uint32_t& at(int32_t x, int32_t y) { return pixels[static_cast<size_t>(y) * width + x]; }
   uint32_t at(int32_t x, int32_t y) const { return pixels[static_cast<size_t>(y) * width + x]; }
   void fillRect(int32_t x0, int32_t y0, int32_t x1, int32_t y1, uint32_t value) {
@@ -43,29 +46,8 @@ inline TestImage RandomImage(int32_t w, int32_t h, unsigned seed, double transpa
   TestImage image(w, h);
   std::mt19937 rng(seed);
   std::uniform_real_distribution<double> share(0.0, 1.0);
-  for (uint32_t& p : image.pixels) {
-    p = rng();
-    if (share(rng) < transparentShare) p &= 0x00FFFFFFu;
-  }
+  for (uint32_t& p : image.pixels) p = share(rng) < transparentShare ? rng() & 0x00FFFFFFu : rng();
   return image;
-}
-
-// The image's middle as a view of its own: rows further apart than the view's width.
-inline PixelView Middle(TestImage& image, int32_t left, int32_t top, int32_t width, int32_t height) {
-  PixelView view = image.view();
-  view.pixels += (static_cast<size_t>(top) * image.width + left) * 4;
-  view.width = width;
-  view.height = height;
-  return view;
-}
-
-// Whether everything outside [left, right) x [top, bottom) is as it was.
-inline bool UnchangedOutside(const TestImage& now, const TestImage& before, int32_t left, int32_t top,
-                             int32_t right, int32_t bottom) {
-  for (int32_t y = 0; y < now.height; ++y)
-    for (int32_t x = 0; x < now.width; ++x)
-      if ((x < left || x >= right || y < top || y >= bottom) && now.at(x, y) != before.at(x, y)) return false;
-  return true;
 }
 
 }  // namespace lx::effects_test

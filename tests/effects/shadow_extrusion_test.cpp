@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <utility>
 
 #include "effects/compositing.h"
@@ -15,41 +14,20 @@ namespace {
 
 using namespace effects_test;
 
-constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
-constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
-
-struct Walk {
-  PlacedView copy;
-  PlacedView layer;
-};
+constexpr int32_t kMax = INT32_MAX, kMin = INT32_MIN;
 
 // The extrusion taken literally: every point of the full LineDDA walk shifts the layer's rectangle and
-// lays the copy over it (BlendOver clips whatever does not overlap).
-void StampLiterally(int x, int y, intptr_t data) {
-  Walk& walk = *reinterpret_cast<Walk*>(data);
-  walk.layer.rect = {x, y, x + walk.layer.view.width, y + walk.layer.view.height};
-  BlendOver(walk.copy, walk.layer);
-}
-
-TestImage ReferenceExtrusion(const TestImage& image, int32_t dx, int32_t dy) {
-  TestImage copy = image;
-  TestImage result = image;
-  Walk walk;
-  walk.copy = {copy.view(), {0, 0, copy.width, copy.height}};
-  walk.layer = {result.view(), {}};
-  platform::LineDDA(-dx, -dy, 0, 0, StampLiterally, reinterpret_cast<intptr_t>(&walk));
+// lays the untouched copy over it (BlendOver clips whatever does not overlap).
+TestImage Reference(const TestImage& image, int32_t dx, int32_t dy) {
+  TestImage copy = image, result = image;
+  PlacedView walk[2] = {{copy.view(), {0, 0, copy.width, copy.height}}, {result.view(), {}}};
+  const auto stamp = [](int x, int y, intptr_t data) {
+    PlacedView* w = reinterpret_cast<PlacedView*>(data);
+    w[1].rect = {x, y, x + w[1].view.width, y + w[1].view.height};
+    BlendOver(w[0], w[1]);
+  };
+  platform::LineDDA(-dx, -dy, 0, 0, stamp, reinterpret_cast<intptr_t>(walk));
   return result;
-}
-
-// Sparse translucent dots, and an opaque dot in each corner: a stamp shifted by (x, y) puts a corner's
-// dot at (-x, -y) from it, so every stamp that reaches the layer leaves a mark of its own.
-TestImage Dots(int32_t w, int32_t h, unsigned seed) {
-  TestImage image = RandomImage(w, h, seed, 0.95);
-  image.at(0, 0) = Pixel(255, 0, 0, 255);
-  image.at(w - 1, 0) = Pixel(0, 255, 0, 255);
-  image.at(0, h - 1) = Pixel(0, 0, 255, 255);
-  image.at(w - 1, h - 1) = Pixel(255, 255, 255, 255);
-  return image;
 }
 
 TestImage Extruded(TestImage image, int32_t dx, int32_t dy) {
@@ -57,34 +35,31 @@ TestImage Extruded(TestImage image, int32_t dx, int32_t dy) {
   return image;
 }
 
+// On sparse translucent dots with an opaque dot in each corner, every stamp that reaches the layer leaves
+// a mark of its own. Short lines are walked point by point; long ones whose extents share a large divisor
+// from a later point of the same line, and ones whose extents share none are computed. Far beyond the
+// layer only the last points, along an axis or a diagonal, reach it.
 TEST(Extrude, StampsAtThePointsLineDDAReportsHoweverLongTheLine) {
-  const TestImage image = Dots(30, 25, 77);
+  TestImage image = RandomImage(30, 25, 77, 0.95);
+  image.at(0, 0) = Pixel(255, 0, 0, 255), image.at(29, 0) = Pixel(0, 255, 0, 255);
+  image.at(0, 24) = Pixel(0, 0, 255, 255), image.at(29, 24) = Grey(255);
   EXPECT_EQ(Extruded(image, 0, 0).pixels, image.pixels);
   Extrude(PixelView{}, 4, 4);
-  // Short lines are walked point by point; long ones whose extents share a large divisor from a later
-  // point of the same line, and ones whose extents share none are computed.
   const std::pair<int32_t, int32_t> offsets[] = {{-3, 7},
                                                  {9, 4},
                                                  {0, -6},
-                                                 {-29, 3},
                                                  {12582912, 3145728},
                                                  {4194319, 2},
                                                  {-4194301, 2796203},
                                                  {3000017, -4194329},
                                                  {-5000011, -5000010}};
   for (const auto& [dx, dy] : offsets)
-    EXPECT_EQ(Extruded(image, dx, dy).pixels, ReferenceExtrusion(image, dx, dy).pixels) << dx << ", " << dy;
-}
-
-TEST(Extrude, OffsetsFarBeyondTheLayerOnlyStampWhereTheyReach) {
-  // Along an axis or a diagonal only the last 9 (or 7) points reach a 10 x 8 layer; extents with no
-  // common divisor still end along the axis or the diagonal.
-  const TestImage image = Dots(10, 8, 5);
+    EXPECT_EQ(Extruded(image, dx, dy).pixels, Reference(image, dx, dy).pixels) << dx << ", " << dy;
   const struct {
     int32_t dx, dy, nearX, nearY;
-  } cases[] = {{1000, 0, 9, 0}, {kMax, 0, 9, 0},        {0, kMin, 0, -7},     {kMax - 1, kMax - 1, 7, 7},
-               {kMax, 1, 9, 0}, {kMax, kMax - 1, 9, 9}, {kMin, kMin, -7, -7}, {kMin, 3, -9, 0}};
-  for (const auto& c : cases)
+  } far[] = {{1000, 0, 29, 0}, {kMax, 0, 29, 0},         {0, kMin, 0, -24},      {kMax - 1, kMax - 1, 24, 24},
+             {kMax, 1, 29, 0}, {kMax, kMax - 1, 29, 29}, {kMin, kMin, -24, -24}, {kMin, 3, -29, 0}};
+  for (const auto& c : far)
     EXPECT_EQ(Extruded(image, c.dx, c.dy).pixels, Extruded(image, c.nearX, c.nearY).pixels)
         << c.dx << ", " << c.dy;
 }
@@ -96,13 +71,14 @@ TEST(Extrude, NeverTouchesMemoryOutsideTheLayer) {
   const TestImage before = outer;
   const std::pair<int32_t, int32_t> offsets[] = {{3, 4}, {-25, 2}, {kMax, kMin}, {19, -9}, {-20, -10}};
   for (const auto& [dx, dy] : offsets) {
-    Extrude(Middle(outer, 5, 5, 20, 10), dx, dy);
-    ExtrudeShadow(Middle(outer, 5, 5, 20, 10), dx, dy, 0);
+    Extrude(outer.view(5, 5, 20, 10), dx, dy);
+    ExtrudeShadow(outer.view(5, 5, 20, 10), dx, dy, 0);
   }
-  EXPECT_TRUE(UnchangedOutside(outer, before, 5, 5, 25, 15));
-  TestImage untouched = outer;
-  SoftenExtrusion(untouched.view(), nullptr);
-  EXPECT_EQ(untouched.pixels, outer.pixels);
+  SoftenExtrusion(outer.view(), nullptr);
+  outer.fillRect(5, 5, 25, 15, 0);
+  TestImage expected = before;
+  expected.fillRect(5, 5, 25, 15, 0);
+  EXPECT_EQ(outer.pixels, expected.pixels);
 }
 
 }  // namespace
