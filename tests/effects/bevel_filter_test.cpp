@@ -16,44 +16,39 @@ using namespace effects_test;
 
 BevelSettings Lit(double elevation, double depth, int32_t profile, int32_t highlight = 0) {
   BevelSettings s;
-  s.elevation = elevation;
-  s.depth = depth;
-  s.profile = profile;
-  s.highlightStrength = highlight;
+  s.elevation = elevation, s.depth = depth, s.profile = profile, s.highlightStrength = highlight;
   return s;
 }
 
 TEST(BevelFilter, ProfilesAndClampedSettings) {
   BevelFilter bevel;
-  const auto head = [&](int32_t profile, size_t n) {
-    bevel.configure(Lit(3, 1, profile));
-    return std::vector<int>(bevel.profile(), bevel.profile() + n);
+  const auto profile = [&](int32_t selector) {
+    bevel.configure(Lit(3, 1, selector));
+    return std::vector<int>(bevel.profile(), bevel.profile() + 256);
   };
-  EXPECT_EQ(head(1, 5), (std::vector<int>{0, 23, 32, 39, 45}));
-  EXPECT_EQ(head(2, 9), (std::vector<int>{0, 0, 0, 0, 0, 0, 0, 0, 1}));
-  EXPECT_EQ(head(2, 256)[128], 128);
-  EXPECT_EQ(head(2, 256)[255], 255);
-  std::vector<int> linear(256);
+  std::vector<int> linear(256), round = profile(1), sCurve = profile(2);
   std::iota(linear.begin(), linear.end(), 0);
-  for (int32_t selector : {0, 3, -1}) EXPECT_EQ(head(selector, 256), linear) << selector;
+  for (int32_t selector : {0, 3, -1}) EXPECT_EQ(profile(selector), linear) << selector;
+  EXPECT_EQ((std::vector<int>{round[1], round[2], round[4], round[255]}),
+            (std::vector<int>{23, 32, 45, 255}));
+  EXPECT_EQ((std::vector<int>{sCurve[7], sCurve[8], sCurve[128], sCurve[255]}),
+            (std::vector<int>{0, 1, 128, 255}));
 
   const double nan = std::nan("");
   const struct {
-    double azimuth, elevation, depth;
-    int32_t heightOffset, highlight;
-    std::vector<double> want;  // azimuth, elevation, depth, offset, highlight
-  } cases[] = {{4.0, 0.0, 0.5, -4, 300, {kPi, 3.0, 1.0, 0, 255}},
-               {-5.0, nan, nan, 999, -1, {-kPi, 3.0, 1.0, 255, 0}},
-               {nan, 75.0, 100.0, 7, 9, {0.0, 60.0, 60.0, 7, 9}}};
-  for (const auto& c : cases) {
-    BevelSettings in = Lit(c.elevation, c.depth, 0, c.highlight);
-    in.azimuth = c.azimuth;
-    in.heightOffset = c.heightOffset;
-    bevel.configure(in);
-    const BevelSettings& s = bevel.settings();
-    EXPECT_EQ((std::vector<double>{s.azimuth, s.elevation, s.depth, double(s.heightOffset),
-                                   double(s.highlightStrength)}),
-              c.want);
+    double azimuth, elevation, depth, heightOffset, highlight;
+  } cases[][2] = {{{4.0, 0.0, 0.5, -4, 300}, {kPi, 3.0, 1.0, 0, 255}},
+                  {{-5.0, nan, nan, 999, -1}, {-kPi, 3.0, 1.0, 255, 0}},
+                  {{nan, 75.0, 100.0, 7, 9}, {0.0, 60.0, 60.0, 7, 9}}};
+  for (const auto& [in, want] : cases) {
+    BevelSettings s = Lit(in.elevation, in.depth, 0, int32_t(in.highlight));
+    s.azimuth = in.azimuth, s.heightOffset = int32_t(in.heightOffset);
+    bevel.configure(s);
+    s = bevel.settings();
+    EXPECT_EQ(
+        (std::vector<double>{s.azimuth, s.elevation, s.depth, double(s.heightOffset),
+                             double(s.highlightStrength)}),
+        (std::vector<double>{want.azimuth, want.elevation, want.depth, want.heightOffset, want.highlight}));
   }
 }
 
@@ -82,39 +77,37 @@ TEST(BevelFilter, ShadeAndHighlightOfExactSlopes) {
 }
 
 TEST(BevelFilter, WrapAndOffsetsChooseTheNeighbours) {
-  TestImage base(8, 6, Grey(255));
-  base.fillRect(7, 0, 8, 6, Grey(0));
+  // A black column at the right edge: with wrapping, the left edge sees it too. Flat is 180 / 180.31.
   BevelSettings settings = Lit(45, 1, 0);
   BevelFilter bevel;
+  TestImage clamped(8, 6, Grey(255));
+  clamped.fillRect(7, 0, 8, 6, Grey(0));
+  TestImage wrapped = clamped;
   bevel.configure(settings);
-  TestImage clamped = base, wrapped = base;
   bevel.shade(clamped.view());
   settings.wrap = 1;
   bevel.configure(settings);
   bevel.shade(wrapped.view());
-  EXPECT_EQ(clamped.at(0, 3), Grey(254));  // flat: 180 / 180.31
+  EXPECT_EQ((std::vector<uint32_t>{clamped.at(0, 3), wrapped.at(3, 3)}),
+            (std::vector<uint32_t>{Grey(254), Grey(254)}));
   EXPECT_NE(wrapped.at(0, 3), Grey(254));
-  EXPECT_EQ(wrapped.at(3, 3), Grey(254));
   EXPECT_EQ(wrapped.at(6, 3), clamped.at(6, 3));
 
   // Pixels whose neighbours the offset takes outside the image are shaded flat.
   TestImage image = RandomImage(12, 9, 31, 0.0);
-  for (uint32_t& p : image.pixels) p |= 0xFF000000u;
   const TestImage before = image;
   settings = Lit(45, 1, 1);
-  settings.offsetX = 3;
-  settings.offsetY = -2;
+  settings.offsetX = 3, settings.offsetY = -2;
   bevel.configure(settings);
   bevel.shade(image.view());
+  const double flat = 180 / (std::sin(ElevationRadians(45.0)) * 255);
   for (int32_t y = 0; y < 9; ++y)
     for (int32_t x = 0; x < 12; ++x)
       for (int i = 0; i < 3 && (x >= 9 || y < 2); ++i)
-        ASSERT_EQ(Byte(image.at(x, y), i), static_cast<int>(Byte(before.at(x, y), i) *
-                                                            (180 / (std::sin(ElevationRadians(45.0)) * 255))))
-            << x << ", " << y;
+        ASSERT_EQ(Byte(image.at(x, y), i), int(Byte(before.at(x, y), i) * flat)) << x << ", " << y;
 }
 
-TEST(BevelFilter, BorderPassesBlurAndTinyImages) {
+TEST(BevelFilter, BorderPassesAndTinyImages) {
   // Elevation 45: flat shades 255 -> 254, so the grey is 254 and the colour rises by 127, held at 255.
   BevelFilter bevel;
   TestImage image(40, 30);
@@ -123,8 +116,8 @@ TEST(BevelFilter, BorderPassesBlurAndTinyImages) {
   bevel.applyBorder(image.view(), 45.0, 0, 0.0, 2, nullptr);
   EXPECT_EQ(image.pixels, before.pixels);
   bevel.applyBorder(image.view(), 45.0, 1, 0.0, 2, nullptr);
-  EXPECT_EQ(image.at(20, 15), Pixel(137, 255, 157, 255));
-  EXPECT_EQ(image.at(2, 2), 0u);
+  EXPECT_EQ((std::vector<uint32_t>{image.at(20, 15), image.at(2, 2)}),
+            (std::vector<uint32_t>{Pixel(137, 255, 157, 255), 0}));
   // A lone pixel is its own neighbourhood: flat, 255 -> 254 -> 253 -> 252 over three passes.
   TestImage single(1, 1, Pixel(1, 2, 3, 255));
   bevel.applyBorder(single.view(), 45.0, 3, 0.0, 2, nullptr);
