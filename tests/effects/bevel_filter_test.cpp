@@ -6,7 +6,6 @@
 #include <numeric>
 #include <vector>
 
-#include "effects/light_angles.h"
 #include "effects_test_image.h"
 
 namespace lx {
@@ -76,35 +75,22 @@ TEST(BevelFilter, ShadeAndHighlightOfExactSlopes) {
   }
 }
 
-TEST(BevelFilter, WrapAndOffsetsChooseTheNeighbours) {
+TEST(BevelFilter, WrapTakesNeighboursFromTheOtherSide) {
   // A black column at the right edge: with wrapping, the left edge sees it too. Flat is 180 / 180.31.
   BevelSettings settings = Lit(45, 1, 0);
-  BevelFilter bevel;
   TestImage clamped(8, 6, Grey(255));
   clamped.fillRect(7, 0, 8, 6, Grey(0));
   TestImage wrapped = clamped;
+  BevelFilter bevel;
   bevel.configure(settings);
   bevel.shade(clamped.view());
   settings.wrap = 1;
   bevel.configure(settings);
   bevel.shade(wrapped.view());
-  EXPECT_EQ((std::vector<uint32_t>{clamped.at(0, 3), wrapped.at(3, 3)}),
-            (std::vector<uint32_t>{Grey(254), Grey(254)}));
+  EXPECT_EQ(clamped.at(0, 3), Grey(254));
+  EXPECT_EQ(wrapped.at(3, 3), Grey(254));
   EXPECT_NE(wrapped.at(0, 3), Grey(254));
   EXPECT_EQ(wrapped.at(6, 3), clamped.at(6, 3));
-
-  // Pixels whose neighbours the offset takes outside the image are shaded flat.
-  TestImage image = RandomImage(12, 9, 31, 0.0);
-  const TestImage before = image;
-  settings = Lit(45, 1, 1);
-  settings.offsetX = 3, settings.offsetY = -2;
-  bevel.configure(settings);
-  bevel.shade(image.view());
-  const double flat = 180 / (std::sin(ElevationRadians(45.0)) * 255);
-  for (int32_t y = 0; y < 9; ++y)
-    for (int32_t x = 0; x < 12; ++x)
-      for (int i = 0; i < 3 && (x >= 9 || y < 2); ++i)
-        ASSERT_EQ(Byte(image.at(x, y), i), int(Byte(before.at(x, y), i) * flat)) << x << ", " << y;
 }
 
 TEST(BevelFilter, BorderPassesAndTinyImages) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <vector>
 
 namespace lx {
@@ -64,9 +63,8 @@ TEST(Compositing, BlendLawsOnOnePixel) {
 TEST(Compositing, PlacementClipsToBothImages) {
   const uint32_t g = Pixel(50, 50, 50, 255);
   Image source(2, 2, 0u);
-  source.pixels = {1, 2, 3, 4};  // alpha 0 over an opaque target: copies nothing, so opaque ones instead
-  for (uint32_t& p : source.pixels) p = Pixel(p, 0, 0, 255);
   const auto s = [](uint32_t i) { return Pixel(i, 0, 0, 255); };
+  source.pixels = {s(1), s(2), s(3), s(4)};
   // Corners one pixel in, negative, touching from outside, and at the ends of the integer range.
   const struct {
     IntRect source, target;
@@ -109,40 +107,6 @@ TEST(Compositing, PlacementClipsToBothImages) {
   lower.rect = {0, 1, 1, 5};
   BlendOver(lower, column.placed());
   EXPECT_EQ(column.pixels, (V{s(1), s(1), s(2), s(3)}));
-}
-
-// The four-pixel path against the pixel-by-pixel one: runs of transparent and opaque sources and of
-// empty targets are where it takes shortcuts; a group needing arithmetic must fall back cleanly.
-TEST(Compositing, WidePathMatchesScalarOnOddWidthsStridesAndPlacements) {
-  std::mt19937 rng(1);
-  const auto fill = [&](Image& image, int transparent, int opaque) {
-    for (uint32_t& p : image.pixels) {
-      const int pick = static_cast<int>(rng() % 100);
-      const uint32_t alpha = pick < transparent            ? 0
-                             : pick < transparent + opaque ? 255
-                             : pick % 3                    ? rng() & 0xFF
-                                                           : 254;
-      p = pick % 17 == 0 ? 0 : (rng() & 0x00FFFFFFu) | alpha << 24;
-    }
-  };
-  const struct {
-    int32_t width, height, sourcePad, targetPad, shiftX, shiftY, transparent, opaque;
-  } cases[] = {{1, 1, 0, 0, 0, 0, 50, 25},  {3, 5, 1, 2, 0, 0, 40, 40},     {5, 3, 3, 0, 1, 0, 10, 80},
-               {7, 9, 0, 5, -2, 1, 60, 30}, {31, 17, 7, 3, -5, 4, 70, 20},  {64, 8, 0, 0, 0, 0, 95, 4},
-               {65, 11, 1, 4, 2, 2, 0, 0},  {129, 5, 3, 3, -64, 1, 20, 70}, {37, 23, 0, 1, 36, 22, 50, 50}};
-  for (const auto& c : cases) {
-    Image source(c.width, c.height, 0, c.shiftX, c.shiftY, c.width + c.sourcePad);
-    Image wide(c.width, c.height, 0, 0, 0, c.width + c.targetPad);
-    fill(source, c.transparent, c.opaque);
-    fill(wide, c.transparent, c.opaque);
-    Image scalar = wide;
-    V expected = wide.pixels;  // the padding beyond each row's width is never touched
-    BlendOver(source.placed(), wide.placed(), KernelPath::kWide);
-    BlendOver(source.placed(), scalar.placed(), KernelPath::kScalar);
-    for (int32_t y = 0; y < c.height; ++y)
-      std::copy_n(&scalar.pixels[y * scalar.stride], c.width, &expected[y * scalar.stride]);
-    EXPECT_EQ(wide.pixels, expected) << c.width << "x" << c.height;
-  }
 }
 
 }  // namespace

@@ -112,7 +112,6 @@ TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
       Case("solid", 0, 0, [](FillSettings& f) { f.useGradientTable = 1, f.gradientColours = {0xFF00FF00u}; },
            {0, 0, r, 63, 63, r}),
       Case("unknown kind", 4, 0, [](FillSettings&) {}, {0, 0, r, 63, 63, r}),
-      Case("negative kind", -1, 0, [](FillSettings&) {}, {0, 0, r, 63, 63, r}),
       Case("angle not a number", 3, 0, [](FillSettings& f) { f.gradientAngle = NAN; }, {0, 0, r, 63, 63, r}),
       Case("infinite angle", 3, 0, [](FillSettings& f) { f.gradientAngle = INFINITY; }, {0, 0, r, 63, 63, r}),
       // 0.49 is 7.84 sixteenths: truncated to 7, the step lies at 7 / 16 of the 32-pixel radius, 14 pixels.
@@ -254,36 +253,34 @@ TEST(LayerDrawing, TexturePlacementOfEachTiling) {
   s.expectDraws(kDrawOutline, {8, 30, kWhite, 51, 30, kWhite, 30, 30, 0});
 }
 TEST(UniformColour, AnswersAndTheColoursWritten) {
+  // Per setting: UniformLayerColour's answer and the colour it wrote, without and with alphaOnly, then
+  // LayerAlphaEquals for 255 and for 100.
   FillSettings f;
-  const auto uniform = [&](uint8_t alphaOnly) {
-    uint32_t c = 0xDEAD;
-    const int answer = UniformLayerColour(f, &c, alphaOnly);
-    return V{static_cast<uint32_t>(answer), c};
+  const uint32_t c = Packed(1, 2, 3, 255), t = Packed(10, 20, 30, 100), none = 0xDEAD;
+  const auto answers = [&f] {
+    V out;
+    for (uint8_t alphaOnly : {0, 1}) {
+      uint32_t colour = 0xDEAD;
+      out.push_back(UniformLayerColour(f, &colour, alphaOnly));
+      out.push_back(colour);
+    }
+    out.insert(out.end(), {uint32_t(LayerAlphaEquals(f, 255)), uint32_t(LayerAlphaEquals(f, 100))});
+    return out;
   };
-  const uint32_t c = Packed(1, 2, 3, 255), t = Packed(10, 20, 30, 100);
   f.startColour = f.endColour = c;
-  EXPECT_EQ(uniform(0), (V{1, c}));
+  EXPECT_EQ(answers(), (V{1, c, 1, c, 1, 0}));
   f.endColour = Packed(9, 9, 9, 255);
-  EXPECT_EQ(uniform(0), (V{0, 0xDEAD}));
-  EXPECT_EQ(uniform(1), (V{1, c}));  // same alpha
-  f.endColour = Packed(1, 2, 3, 254);
-  EXPECT_EQ(uniform(1), (V{0, c}));  // written even when the answer is 0
-  EXPECT_EQ(LayerAlphaEquals(f, 255), 0);
-  f.endColour = Packed(9, 9, 9, 255);
-  EXPECT_EQ(LayerAlphaEquals(f, 255), 1);
-
-  f.useGradientTable = 1;                  // the colour stops decide
-  EXPECT_EQ(uniform(0), (V{1, 0xDEAD}));   // an empty list is uniform and writes nothing
-  EXPECT_EQ(LayerAlphaEquals(f, 255), 0);  // but has no alpha
+  EXPECT_EQ(answers(), (V{0, none, 1, c, 1, 0}));
+  f.endColour = Packed(1, 2, 3, 254);  // with alphaOnly the colour is written even when the answer is 0
+  EXPECT_EQ(answers(), (V{0, none, 0, c, 0, 0}));
+  f.useGradientTable = 1;  // the colour stops decide: an empty list is uniform, but of no alpha
+  EXPECT_EQ(answers(), (V{1, none, 1, none, 0, 0}));
   f.gradientColours = {t, t};
-  EXPECT_EQ(uniform(0), (V{1, t}));
-  EXPECT_EQ(LayerAlphaEquals(f, 100), 1);
-  f.gradientColours[1] = Packed(99, 20, 30, 100);  // differs in colour only
-  EXPECT_EQ(uniform(0), (V{0, t}));
-  EXPECT_EQ(uniform(1), (V{1, t}));
-  f.gradientColours[1] = Packed(10, 20, 30, 101);  // differs in alpha
-  EXPECT_EQ(uniform(1)[0], 0u);
-  EXPECT_EQ(LayerAlphaEquals(f, 100), 0);
+  EXPECT_EQ(answers(), (V{1, t, 1, t, 0, 1}));
+  f.gradientColours[1] = Packed(99, 20, 30, 100);
+  EXPECT_EQ(answers(), (V{0, t, 1, t, 0, 1}));
+  f.gradientColours[1] = Packed(10, 20, 30, 101);
+  EXPECT_EQ(answers(), (V{0, t, 0, t, 0, 0}));
 
   FillSettings outline;
   f.useGradientTable = 0;
@@ -295,7 +292,7 @@ TEST(UniformColour, AnswersAndTheColoursWritten) {
   EXPECT_EQ(SameUniformColour(f, outline), 0);
   f.fillType = 1;  // a texture fill type is never uniform, texture or not
   EXPECT_EQ(SameUniformColour(f, f), 0);
-  EXPECT_EQ((V{uniform(0)[0], uniform(1)[0], uint32_t(LayerAlphaEquals(f, 255))}), (V{0, 0, 0}));
+  EXPECT_EQ(answers(), (V{0, none, 0, none, 0, 0}));
 }
 
 }  // namespace
