@@ -26,11 +26,8 @@ uint32_t PixelOf(uint32_t packed) {
 struct Scene {
   Scene(int32_t w, int32_t h, double x1, double y1, double x2, double y2) : pixels(size_t(w) * h) {
     surface = {reinterpret_cast<uint8_t*>(pixels.data()), w, h, w * 4};
-    path = {{x1, y1, kPathMoveTo},
-            {x2, y1, kPathLineTo},
-            {x2, y2, kPathLineTo},
-            {x1, y2, kPathLineTo},
-            {x1, y1, kPathLineTo}};
+    for (const auto& [x, y] : {std::pair{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}, {x1, y1}})
+      path.push_back({x, y, path.empty() ? uint32_t{kPathMoveTo} : uint32_t{kPathLineTo}});
   }
   // Draws afresh and checks the pixels named by (x, y, pixel) triples.
   void expectDraws(int32_t mode, const V& probes, const LayerAreas& areas = LayerAreas{}) {
@@ -44,13 +41,11 @@ struct Scene {
     EXPECT_EQ(got, want);
   }
   // Gives a layer a texture that wraps test-owned pixels.
-  void setTexture(FillSettings* layer, const V& texels, int32_t w, int32_t h) {
-    texels_.push_back(std::make_unique<V>(texels));
+  void setTexture(FillSettings* layer, const V& pixels, int32_t w, int32_t h) {
+    texels = pixels;
     layer->texture = std::make_unique<TextureImage>();
-    layer->texture->pixels = texels_.back()->data();
-    layer->texture->width = w;
-    layer->texture->height = h;
-    layer->texture->bounds = {0, 0, w, h};
+    layer->texture->pixels = texels.data();
+    layer->texture->width = w, layer->texture->height = h, layer->texture->bounds = {0, 0, w, h};
     layer->fillType = 1;
   }
 
@@ -58,9 +53,8 @@ struct Scene {
   Affine matrix;
   double stroke = 0;
   OutlinePath path;
-  V pixels;
+  V pixels, texels;
   PixelView surface;
-  std::vector<std::unique_ptr<V>> texels_;
 };
 
 TEST(LayerDrawing, ModesChooseLayersAndOrder) {
