@@ -13,57 +13,48 @@ uint32_t Pixel(uint32_t b, uint32_t g, uint32_t r, uint32_t a) {
   return b | g << 8 | r << 16 | a << 24;
 }
 
-// An image of width x height pixels placed with its top-left corner at (left, top), rows `stride` apart.
+// Pixels of one colour, placed with their top-left corner at (0, 0) until the rectangle is moved.
 struct Image {
-  Image(int32_t w, int32_t h, uint32_t fill, int32_t left = 0, int32_t top = 0, int32_t stride = 0)
-      : width(w),
-        height(h),
-        stride(std::max(w, stride)),
-        pixels(size_t(this->stride) * h, fill),
-        rect{left, top, left + w, top + h} {}
-  PlacedView placed() {
-    return {{reinterpret_cast<uint8_t*>(pixels.data()), width, height, stride * 4}, rect};
-  }
-  int32_t width, height, stride;
+  Image(int32_t w, int32_t h, uint32_t f) : w(w), h(h), pixels(size_t(w) * h, f), rect{0, 0, w, h} {}
+  PlacedView placed() { return {{reinterpret_cast<uint8_t*>(pixels.data()), w, h, w * 4}, rect}; }
+  int32_t w, h;
   V pixels;
   IntRect rect;
 };
 
-// The saturating law between the colours' alpha bytes, and straight copies where either side is clear.
-TEST(Compositing, BlendLawsOnOnePixel) {
-  const auto blend = [](uint32_t source, uint32_t target, uint32_t boundA, uint32_t boundB) {
-    Image s(1, 1, source), t(1, 1, target);
-    BlendOverClamped(s.placed(), t.placed(), boundA, boundB);
-    return t.pixels[0];
-  };
+// One pixel over another: BlendOver, or with bounds the saturating law between their alpha bytes.
+uint32_t Blend(uint32_t source, uint32_t target, const V& bounds = {}) {
+  Image s(1, 1, source), t(1, 1, target);
+  if (bounds.empty()) BlendOver(s.placed(), t.placed());
+  if (!bounds.empty()) BlendOverClamped(s.placed(), t.placed(), bounds[0], bounds[1]);
+  return t.pixels[0];
+}
+
+TEST(Compositing, LawsAtTheEndsOfTheAlphaRange) {
   const uint32_t a = Pixel(0, 128, 255, 0), b = Pixel(255, 0, 100, 0), any = 0xFF000000u;
   // A = 401 * 256 - 40000 = 62656: alpha 244; A = 21 * 256 - 100 = 5276: alpha 20, raised to a bound of 64;
   // A = 65756 saturates, held at the larger bound's alpha byte whatever the order and other bytes.
-  EXPECT_EQ(blend(a | 200u << 24, b | 200u << 24, 0u, any), Pixel(45, 104, 226, 244));
-  EXPECT_EQ(blend(a | 10u << 24, b | 10u << 24, 0u, any), Pixel(118, 62, 170, 20));
-  EXPECT_EQ(blend(a | 10u << 24, b | 10u << 24, 0x40000000u, any) >> 24, 64u);
-  EXPECT_EQ(blend(a | 250u << 24, b | 250u << 24, 0u, any), Pixel(5, 124, 250, 255));
-  EXPECT_EQ(blend(a | 250u << 24, b | 250u << 24, 0xC8123456u, 0x0A654321u) >> 24, 200u);
-  EXPECT_EQ(blend(a | 200u << 24, b | 200u << 24, 0xE0FFFFFFu, 0xF0000000u) >> 24, 240u);
-  EXPECT_EQ(blend(Pixel(1, 2, 3, 255), Pixel(9, 9, 9, 100), 0x10000000u, 0x20000000u), Pixel(1, 2, 3, 255));
-  EXPECT_EQ(blend(Pixel(1, 2, 3, 30), Pixel(9, 9, 9, 0), 0x80000000u, any), Pixel(1, 2, 3, 30));
-  EXPECT_EQ(blend(Pixel(1, 2, 3, 0), Pixel(9, 9, 9, 50), 0x80000000u, any), Pixel(9, 9, 9, 50));
+  EXPECT_EQ(Blend(a | 200u << 24, b | 200u << 24, {0u, any}), Pixel(45, 104, 226, 244));
+  EXPECT_EQ(Blend(a | 10u << 24, b | 10u << 24, {0u, any}), Pixel(118, 62, 170, 20));
+  EXPECT_EQ(Blend(a | 10u << 24, b | 10u << 24, {0x40000000u, any}) >> 24, 64u);
+  EXPECT_EQ(Blend(a | 250u << 24, b | 250u << 24, {0u, any}), Pixel(5, 124, 250, 255));
+  EXPECT_EQ(Blend(a | 250u << 24, b | 250u << 24, {0xC8123456u, 0x0A654321u}) >> 24, 200u);
+  EXPECT_EQ(Blend(a | 200u << 24, b | 200u << 24, {0xE0FFFFFFu, 0xF0000000u}) >> 24, 240u);
+  // Where either side is clear the source is copied, whatever the bounds.
+  EXPECT_EQ(Blend(Pixel(1, 2, 3, 255), Pixel(9, 9, 9, 100), {0x10000000u, 0x20000000u}), Pixel(1, 2, 3, 255));
+  EXPECT_EQ(Blend(Pixel(1, 2, 3, 30), Pixel(9, 9, 9, 0), {0x80000000u, any}), Pixel(1, 2, 3, 30));
+  EXPECT_EQ(Blend(Pixel(1, 2, 3, 0), Pixel(9, 9, 9, 50), {0x80000000u, any}), Pixel(9, 9, 9, 50));
   // BlendOver tops out at (2 * 255 + 254 * 256) >> 8 = 255: an opaque target stays opaque, alpha never wraps.
-  for (uint32_t sa = 1; sa < 255; ++sa) {
-    Image s(1, 1, Pixel(255, 0, 128, sa)), t(2, 1, Pixel(0, 255, 128, 255));
-    t.pixels[1] = Pixel(0, 255, 128, 1);
-    s.rect = {1, 0, 2, 1};
-    BlendOver(s.placed(), t.placed());
-    s.rect = {0, 0, 1, 1};
-    BlendOver(s.placed(), t.placed());
-    EXPECT_EQ((V{t.pixels[0] >> 24, t.pixels[1] >> 24}), (V{255, sa}));
-  }
+  for (uint32_t sa = 1; sa < 255; ++sa)
+    EXPECT_EQ((V{Blend(Pixel(255, 0, 128, sa), Pixel(0, 255, 128, 255)) >> 24,
+                 Blend(Pixel(255, 0, 128, sa), Pixel(0, 255, 128, 1)) >> 24}),
+              (V{255, sa}));
 }
 
 TEST(Compositing, PlacementClipsToBothImages) {
   const uint32_t g = Pixel(50, 50, 50, 255);
-  Image source(2, 2, 0u);
   const auto s = [](uint32_t i) { return Pixel(i, 0, 0, 255); };
+  Image source(2, 2, 0u);
   source.pixels = {s(1), s(2), s(3), s(4)};
   // Corners one pixel in, negative, touching from outside, and at the ends of the integer range.
   const struct {
