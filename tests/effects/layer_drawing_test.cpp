@@ -88,46 +88,31 @@ TEST(LayerDrawing, ModesChooseLayersAndOrder) {
   far.expectDraws(kDrawFaceThenOutline, {8, 8, r});
 }
 
-// Gradient kinds, parameters and fit modes at the ends of their ranges: a rectangle inset by `inset` on a
-// 64 x 64 surface, painted from red to blue.
+// Gradient kinds and parameters at the ends of their ranges, on a 32 x 32 square from (16, 16), red to blue.
 TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
   const uint32_t red = Packed(255, 0, 0, 255), blue = Packed(0, 0, 255, 255), r = PixelOf(red),
                  b = PixelOf(blue);
-  struct Case {
-    Case(const char* n, int32_t k, double x, void (*s)(FillSettings&), V p)
-        : name(n), kind(k), inset(x), set(s), probes(std::move(p)) {}
-    const char* name;
-    int32_t kind;
-    double inset;
-    void (*set)(FillSettings&);
-    V probes;  // x, y, pixel
-  };
-  const Case cases[] = {
-      Case("solid", 0, 0, [](FillSettings& f) { f.useGradientTable = 1, f.gradientColours = {0xFF00FF00u}; },
-           {0, 0, r, 63, 63, r}),
-      Case("unknown kind", 4, 0, [](FillSettings&) {}, {0, 0, r, 63, 63, r}),
-      Case("angle not a number", 3, 0, [](FillSettings& f) { f.gradientAngle = NAN; }, {0, 0, r, 63, 63, r}),
-      Case("infinite angle", 3, 0, [](FillSettings& f) { f.gradientAngle = INFINITY; }, {0, 0, r, 63, 63, r}),
-      // 0.49 is 7.84 sixteenths: truncated to 7, the step lies at 7 / 16 of the 32-pixel radius, 14 pixels.
-      Case("radial step", 2, 0, [](FillSettings& f) { f.gradientFrom = f.gradientTo = 0.49; },
-           {45, 32, r, 46, 32, b, 18, 32, r, 17, 32, b, 32, 18, r, 32, 17, b}),
-      Case("radial not a number", 2, 0, [](FillSettings& f) { f.gradientFrom = f.gradientTo = NAN; },
-           {32, 32, b, 0, 0, b}),
-      Case("radial beyond 1", 2, 0, [](FillSettings& f) { f.gradientFrom = 5, f.gradientTo = 7; },
-           {32, 32, r, 63, 32, r, 0, 0, b}),
-      // Without a caller's buffer fit mode 1 spans the shape, as unknown modes do.
-      Case("fit mode 1", 1, 16, [](FillSettings& f) { f.gradientFitMode = 1; }, {32, 16, r, 32, 47, b}),
-      Case("fit mode 255", 1, 16, [](FillSettings& f) { f.gradientFitMode = 255; }, {32, 16, r, 32, 47, b}),
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    Scene s(64, 64, c.inset, c.inset, 64 - c.inset, 64 - c.inset);
-    s.face.gradientType = c.kind;
+  const auto expect = [&](int32_t kind, void (*set)(FillSettings&), const V& probes) {
+    Scene s(64, 64, 16, 16, 48, 48);
+    s.face.gradientType = kind;
     s.face.startColour = red;
     s.face.endColour = blue;
-    c.set(s.face);
-    s.expectDraws(kDrawFace, c.probes);
-  }
+    set(s.face);
+    SCOPED_TRACE(kind);
+    s.expectDraws(kDrawFace, probes);
+  };
+  expect(0, [](FillSettings& f) { f.useGradientTable = 1, f.gradientColours = {0xFF00FF00u}; },
+         {16, 16, r, 47, 47, r});
+  expect(4, [](FillSettings&) {}, {16, 16, r, 47, 47, r});
+  expect(-1, [](FillSettings&) {}, {16, 16, r, 47, 47, r});
+  expect(3, [](FillSettings& f) { f.gradientAngle = NAN; }, {16, 16, r, 47, 47, r});
+  expect(3, [](FillSettings& f) { f.gradientAngle = INFINITY; }, {16, 16, r, 47, 47, r});
+  // Radial fractions are held to 0 .. 1 (not a number as 0).
+  expect(2, [](FillSettings& f) { f.gradientFrom = f.gradientTo = NAN; }, {32, 32, b, 16, 16, b});
+  expect(2, [](FillSettings& f) { f.gradientFrom = 5, f.gradientTo = 7; }, {32, 32, r, 47, 32, r, 16, 16, b});
+  // Without a caller's buffer fit mode 1 spans the shape, as unknown modes do.
+  expect(1, [](FillSettings& f) { f.gradientFitMode = 1; }, {32, 16, r, 32, 47, b});
+  expect(1, [](FillSettings& f) { f.gradientFitMode = 255; }, {32, 16, r, 32, 47, b});
 }
 
 TEST(LayerDrawing, GradientRampAndArea) {
@@ -163,81 +148,59 @@ TEST(LayerDrawing, GradientRampAndArea) {
     EXPECT_EQ(got, want) << &k - cases;
   }
 
-  // A user area wins, moved by the caller's buffer corner and held at the integer range; then fit mode 1
-  // takes the caller's buffer when there is one; else the shape's box.
+  // A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range;
+  // an empty one counts as none.
   FillSettings f;
-  const IntRect shape{1, 2, 3, 4}, buffer{-5, -6, 100, 200};
-  const auto area = [&](const IntRect& callerBuffer) {
-    const IntRect r = GradientArea(f, shape, callerBuffer);
-    return std::vector<int32_t>{r.left, r.top, r.right, r.bottom};
-  };
-  EXPECT_EQ(area(buffer), (std::vector<int32_t>{1, 2, 3, 4}));
   f.gradientFitMode = 1;
-  EXPECT_EQ(area(buffer), (std::vector<int32_t>{-5, -6, 100, 200}));
-  EXPECT_EQ(area(IntRect{}), (std::vector<int32_t>{1, 2, 3, 4}));
-  f.userGradientArea = {10, 10, 10, 50};  // empty: counts as none
-  EXPECT_EQ(area(buffer), (std::vector<int32_t>{-5, -6, 100, 200}));
-  f.userGradientArea = {10, 20, 30, 40};
-  EXPECT_EQ(area(buffer), (std::vector<int32_t>{5, 14, 25, 34}));
-  f.userGradientArea = {INT32_MAX - 1, 0, INT32_MAX, 10};
-  EXPECT_EQ(area(IntRect{10, 0, 20, 20}), (std::vector<int32_t>{INT32_MAX, 0, INT32_MAX, 10}));
+  f.userGradientArea = {10, 10, 10, 50};
+  const IntRect empty = GradientArea(f, {1, 2, 3, 4}, {-5, -6, 100, 200});
+  f.userGradientArea = {INT32_MAX - 1, INT32_MIN, INT32_MAX, 10};
+  const IntRect held = GradientArea(f, {}, {10, -1, 20, 20});
+  EXPECT_EQ((std::vector<int32_t>{empty.left, empty.bottom, held.left, held.top, held.right, held.bottom}),
+            (std::vector<int32_t>{-5, 200, INT32_MAX, INT32_MIN, INT32_MAX, 9}));
 }
 
-// Where each tiling lays the texture on a 40 x 40 square at (x, y) of a 60 x 60 surface. The checker
+// Where each tiling lays a texture on a 40 x 40 square at (x, y) of a 60 x 60 surface. The checker
 // has four distinct opaque pixels: A B on its first row, C D on the second.
 TEST(LayerDrawing, TexturePlacementOfEachTiling) {
   constexpr uint32_t kA = 0xFF102030u, kB = 0xFF405060u, kC = 0xFF708090u, kD = 0xFFA0B0C0u, kWhite = ~0u;
-  enum Texels { kChecker, kNumbered, kNoTexture, kNoPixels, kNotChosen };
   const uint32_t colour = Packed(1, 2, 3, 255), painted = PixelOf(colour);
-  struct Case {
-    Case(const char* n, int32_t t, double x, double y, double s, IntRect r, Texels k, V p)
-        : name(n), tiling(t), x(x), y(y), stroke(s), rect(r), texels(k), probes(std::move(p)) {}
-    const char* name;
-    int32_t tiling;
-    double x, y, stroke;
-    IntRect rect;
-    Texels texels;
-    V probes;  // x, y, pixel
-  };
-  const Case cases[] = {
-      // Repeated from the rectangle's corner at the texture's own size; an unknown tiling repeats, and an
-      // empty rectangle is the shape's box.
-      Case("repeated", kTextureRepeated, 0, 0, 0, {11, 10, 31, 30}, kChecker,
-           {11, 10, kA, 12, 10, kB, 11, 11, kC, 10, 9, kD, 39, 39, kC}),
-      Case("unknown tiling", 7, 15, 11, 0, {}, kChecker,
-           {15, 11, kA, 16, 11, kB, 15, 12, kC, 54, 50, kD, 14, 11, 0}),
-      // Stretched: each texel 10 x 10 pixels, the edge texels continuing beyond the rectangle.
-      Case("stretched", kTextureStretched, 0, 0, 0, {10, 10, 30, 30}, kChecker,
-           {12, 12, kA, 27, 12, kB, 12, 27, kC, 27, 27, kD, 0, 0, kA, 39, 39, kD}),
-      // Centred once on white; the stroke width moves the ground, not the texture's place on the shape.
-      Case("centred", kTextureCentred, 0, 0, 5, {}, kChecker,
-           {19, 19, kA, 20, 19, kB, 19, 20, kC, 20, 20, kD, 18, 19, kWhite, 39, 39, kWhite}),
-      // A larger texture is cropped symmetrically: the ground is 42 wide from one pixel left of the shape,
-      // the texture starts (42 - 100) / 2 = -29 into it, so shape pixel x shows texel x + 30.
-      Case("centred larger", kTextureCentred, 0, 0, 0, {}, kNumbered,
-           {0, 0, 0xFF001E1Eu, 39, 0, 0xFF00451Eu, 0, 39, 0xFF001E45u}),
-      // Without pixels, or not chosen, the layer paints its colour.
-      Case("no texture", 0, 0, 0, 0, {}, kNoTexture, {10, 10, painted}),
-      Case("no pixels", 0, 0, 0, 0, {}, kNoPixels, {10, 10, painted}),
-      Case("not chosen", 0, 0, 0, 0, {}, kNotChosen, {10, 10, painted}),
-  };
   V numbered(100 * 100);  // each texel naming its own place
   for (uint32_t i = 0; i < numbered.size(); ++i) numbered[i] = 0xFF000000u | (i % 100) << 8 | i / 100;
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    Scene s(60, 60, c.x, c.y, c.x + 40, c.y + 40);
-    if (c.texels == kNumbered) s.setTexture(&s.face, numbered, 100, 100);
-    if (c.texels != kNumbered) s.setTexture(&s.face, {kA, kB, kC, kD}, 2, 2);
-    if (c.texels == kNoTexture) s.face.texture.reset();
-    if (c.texels == kNoPixels) s.face.texture->pixels = nullptr;
-    if (c.texels == kNotChosen) s.face.fillType = 0;
+  const auto expect = [&](int32_t tiling, double x, double y, double stroke, IntRect rect,
+                          int32_t textureSide, void (*change)(FillSettings&), const V& probes) {
+    Scene s(60, 60, x, y, x + 40, y + 40);
+    s.setTexture(&s.face, textureSide == 2 ? V{kA, kB, kC, kD} : numbered, textureSide, textureSide);
     s.face.startColour = s.face.endColour = colour;
-    s.face.textureTiling = c.tiling;
-    s.stroke = c.stroke;
+    s.face.textureTiling = tiling;
+    change(s.face);
+    s.stroke = stroke;
     LayerAreas areas;
-    areas.faceTexture = c.rect;
-    s.expectDraws(kDrawFace, c.probes, areas);
-  }
+    areas.faceTexture = rect;
+    SCOPED_TRACE(tiling);
+    s.expectDraws(kDrawFace, probes, areas);
+  };
+  const auto same = [](FillSettings&) {};
+  // Repeated from the rectangle's corner at the texture's own size; an unknown tiling repeats, and an
+  // empty rectangle is the shape's box.
+  expect(kTextureRepeated, 0, 0, 0, {11, 10, 31, 30}, 2, same,
+         {11, 10, kA, 12, 10, kB, 11, 11, kC, 10, 9, kD, 39, 39, kC});
+  expect(7, 15, 11, 0, {}, 2, same, {15, 11, kA, 16, 11, kB, 15, 12, kC, 54, 50, kD, 14, 11, 0});
+  // Stretched: each texel 10 x 10 pixels, the edge texels continuing beyond the rectangle.
+  expect(kTextureStretched, 0, 0, 0, {10, 10, 30, 30}, 2, same,
+         {12, 12, kA, 27, 12, kB, 12, 27, kC, 27, 27, kD, 0, 0, kA, 39, 39, kD});
+  // Centred once on white; the stroke width moves the ground, not the texture's place on the shape.
+  expect(kTextureCentred, 0, 0, 5, {}, 2, same,
+         {19, 19, kA, 20, 19, kB, 19, 20, kC, 20, 20, kD, 18, 19, kWhite, 39, 39, kWhite});
+  // A larger texture is cropped symmetrically: the ground is 42 wide from one pixel left of the shape,
+  // the texture starts (42 - 100) / 2 = -29 into it, so shape pixel x shows texel x + 30.
+  expect(kTextureCentred, 0, 0, 0, {}, 100, same,
+         {0, 0, 0xFF001E1Eu, 39, 0, 0xFF00451Eu, 0, 39, 0xFF001E45u});
+  // Without pixels, or not chosen, the layer paints its colour.
+  expect(0, 0, 0, 0, {}, 2, [](FillSettings& f) { f.texture.reset(); }, {10, 10, painted});
+  expect(0, 0, 0, 0, {}, 2, [](FillSettings& f) { f.texture->pixels = nullptr; }, {10, 10, painted});
+  expect(0, 0, 0, 0, {}, 2, [](FillSettings& f) { f.fillType = 0; }, {10, 10, painted});
+
   // The Outline's centred ground covers the stroke band [7, 13]; the texture sits in the middle, where
   // the stroke is not.
   Scene s(60, 60, 10, 10, 50, 50);
@@ -246,6 +209,7 @@ TEST(LayerDrawing, TexturePlacementOfEachTiling) {
   s.stroke = 6.0;
   s.expectDraws(kDrawOutline, {8, 30, kWhite, 51, 30, kWhite, 30, 30, 0});
 }
+
 TEST(UniformColour, AnswersAndTheColoursWritten) {
   // Per setting: UniformLayerColour's answer and the colour it wrote, without and with alphaOnly, then
   // LayerAlphaEquals for 255 and for 100.
@@ -276,14 +240,12 @@ TEST(UniformColour, AnswersAndTheColoursWritten) {
   f.gradientColours[1] = Packed(10, 20, 30, 101);
   EXPECT_EQ(answers(), (V{0, t, 0, t, 0, 0}));
 
-  FillSettings outline;
+  FillSettings o;  // the same uniform colour only
   f.useGradientTable = 0;
-  f.endColour = outline.startColour = outline.endColour = c;
-  EXPECT_EQ(SameUniformColour(f, outline), 1);
-  outline.endColour = Packed(1, 2, 3, 254);
-  EXPECT_EQ(SameUniformColour(f, outline), 0);
-  outline.endColour = outline.startColour = Packed(1, 2, 4, 255);
-  EXPECT_EQ(SameUniformColour(f, outline), 0);
+  f.endColour = o.startColour = o.endColour = c;
+  const int same = SameUniformColour(f, o);
+  o.endColour = Packed(1, 2, 3, 254);
+  EXPECT_EQ((V{uint32_t(same), uint32_t(SameUniformColour(f, o))}), (V{1, 0}));
   f.fillType = 1;  // a texture fill type is never uniform, texture or not
   EXPECT_EQ(SameUniformColour(f, f), 0);
   EXPECT_EQ(answers(), (V{0, none, 0, none, 0, 0}));
