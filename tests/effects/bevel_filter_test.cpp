@@ -75,24 +75,6 @@ TEST(BevelFilter, ShadeAndHighlightOfExactSlopes) {
   }
 }
 
-TEST(BevelFilter, WrapTakesNeighboursFromTheOtherSide) {
-  // A black column at the right edge: with wrapping, the left edge sees it too. Flat is 180 / 180.31.
-  BevelSettings settings = Lit(45, 1, 0);
-  TestImage clamped(8, 6, Grey(255));
-  clamped.fillRect(7, 0, 8, 6, Grey(0));
-  TestImage wrapped = clamped;
-  BevelFilter bevel;
-  bevel.configure(settings);
-  bevel.shade(clamped.view());
-  settings.wrap = 1;
-  bevel.configure(settings);
-  bevel.shade(wrapped.view());
-  EXPECT_EQ(clamped.at(0, 3), Grey(254));
-  EXPECT_EQ(wrapped.at(3, 3), Grey(254));
-  EXPECT_NE(wrapped.at(0, 3), Grey(254));
-  EXPECT_EQ(wrapped.at(6, 3), clamped.at(6, 3));
-}
-
 TEST(BevelFilter, BorderPassesAndTinyImages) {
   // Elevation 45: flat shades 255 -> 254, so the grey is 254 and the colour rises by 127, held at 255.
   BevelFilter bevel;

@@ -120,33 +120,25 @@ TEST(LayerDrawing, GradientRampAndArea) {
   const uint32_t start = Packed(0, 0, 0, 255), end = Packed(255, 255, 255, 255),
                  mid = Packed(128, 128, 128, 255);
   // Each colour owns a share as wide as its weight; the ramp runs through the shares' centres, the first
-  // and last moved to the ends. Nine entries fall at eighths: where the centres lie.
-  const struct {
-    int32_t useTable;
-    V colours, weights, ramp;  // entries 0, 4, 5 and 8
-  } cases[] = {
-      {1, {a, b, c}, {7, 7, 7}, {a, b, 0, c}},
-      {1, {a, b, c}, {2, 1, 1}, {a, 0, b, c}},
-      {1, {a, b, a}, {0, 0, 0}, {a, b, 0, a}},
-      {1, {a, b, a}, {}, {a, b, 0, a}},
-      {1, {b}, {9}, {b, b, b, b}},
-      {1, {}, {}, {start, mid, 0, end}},
-      {0, {a, b}, {1, 1}, {start, mid, 0, end}},
-      {1, {a, b, c}, {5, 0, 5}, {a, Packed(128, 0, 128, 128), 0, c}},
-  };
-  for (const auto& k : cases) {
+  // and last moved to the ends. Nine entries fall at eighths: entries 0, 4, 5 and 8 (0: not checked).
+  const auto expect = [&](int32_t useTable, const V& colours, const V& weights, const V& entries) {
     FillSettings f;
-    f.startColour = start;
-    f.endColour = end;
-    f.useGradientTable = k.useTable;
-    f.gradientColours = k.colours;
-    f.gradientStops = k.weights;
+    f.startColour = start, f.endColour = end, f.useGradientTable = useTable;
+    f.gradientColours = colours, f.gradientStops = weights;
     uint32_t ramp[9];
     BuildGradientRamp(f, ramp, 9);
-    V got{ramp[0], ramp[4], ramp[5], ramp[8]}, want;
-    for (size_t i = 0; i < 4; ++i) want.push_back(k.ramp[i] ? PixelOf(k.ramp[i]) : got[i]);
-    EXPECT_EQ(got, want) << &k - cases;
-  }
+    const V got{ramp[0], ramp[4], ramp[5], ramp[8]};
+    for (size_t i = 0; i < 4; ++i)
+      EXPECT_EQ(got[i], entries[i] ? PixelOf(entries[i]) : got[i]) << i << " of " << testing::PrintToString(weights);
+  };
+  expect(1, {a, b, c}, {7, 7, 7}, {a, b, 0, c});
+  expect(1, {a, b, c}, {2, 1, 1}, {a, 0, b, c});
+  expect(1, {a, b, a}, {0, 0, 0}, {a, b, 0, a});
+  expect(1, {a, b, a}, {}, {a, b, 0, a});
+  expect(1, {b}, {9}, {b, b, b, b});
+  expect(1, {}, {}, {start, mid, 0, end});
+  expect(0, {a, b}, {1, 1}, {start, mid, 0, end});
+  expect(1, {a, b, c}, {5, 0, 5}, {a, Packed(128, 0, 128, 128), 0, c});  // no trace of a colour weighing 0
 
   // A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range;
   // an empty one counts as none.
