@@ -12,13 +12,11 @@ using namespace effects_test;
 
 // The blur of ordinary layers is in the reference scenes; here are its limits. A radius of 0 skips its
 // pass; empty images, no flags or no repeats change nothing; radii above 254 act as 254; a lone pixel
-// is its own neighbourhood; only the flagged bytes are stored, and repeats are whole passes over.
+// is its own neighbourhood.
 TEST(BlurFilter, LimitsOfRadiiFlagsAndImages) {
   BlurFilter blur;
-  const bool all[4] = {true, true, true, true}, colour[4] = {true, true, true, false};
-  const bool alpha[4] = {false, false, false, true}, green[4] = {false, true, false, false};
-  TestImage image = RandomImage(70, 50, 21, 0.0), single(1, 1, 0x80336699u);
-  for (uint32_t& p : image.pixels) p |= 0x80000000u;
+  const bool all[4] = {true, true, true, true};
+  TestImage image = RandomImage(70, 50, 21, 0.5), single(1, 1, 0x80336699u);
   const TestImage original = image;
   blur.blur(image.view(), 0, 0);
   blur.blurChannels(image.view(), 4, 4, all, 0);
@@ -32,17 +30,6 @@ TEST(BlurFilter, LimitsOfRadiiFlagsAndImages) {
   blur.blur(a.view(), 100000, 255);
   blur.blur(b.view(), 254, 254);
   EXPECT_EQ(a.pixels, b.pixels);
-
-  for (const auto& [flags, kept] :
-       {std::pair{colour, 0xFF000000u}, {alpha, 0x00FFFFFFu}, {green, 0xFFFF00FFu}}) {
-    TestImage once = original, thrice = original, whole = original;
-    blur.blurChannels(thrice.view(), 3, 2, flags, 3);
-    for (int i = 0; i < 3; ++i) blur.blurChannels(once.view(), 3, 2, flags, 1);
-    for (int i = 0; i < 3; ++i) blur.blur(whole.view(), 3, 2);
-    EXPECT_EQ(thrice.pixels, once.pixels);
-    for (size_t i = 0; i < once.pixels.size(); ++i)  // no pixel is transparent: nothing to bleed
-      ASSERT_EQ(once.pixels[i], (original.pixels[i] & kept) | (whole.pixels[i] & ~kept)) << i;
-  }
 }
 
 // The wide path of the stack-blur line must give the scalar path's pixels on random, sparse and flat

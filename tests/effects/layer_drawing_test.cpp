@@ -129,7 +129,8 @@ TEST(LayerDrawing, GradientRampAndArea) {
     BuildGradientRamp(f, ramp, 9);
     const V got{ramp[0], ramp[4], ramp[5], ramp[8]};
     for (size_t i = 0; i < 4; ++i)
-      EXPECT_EQ(got[i], entries[i] ? PixelOf(entries[i]) : got[i]) << i << " of " << testing::PrintToString(weights);
+      EXPECT_EQ(got[i], entries[i] ? PixelOf(entries[i]) : got[i])
+          << i << " of " << testing::PrintToString(weights);
   };
   expect(1, {a, b, c}, {7, 7, 7}, {a, b, 0, c});
   expect(1, {a, b, c}, {2, 1, 1}, {a, 0, b, c});
@@ -208,38 +209,30 @@ TEST(UniformColour, AnswersAndTheColoursWritten) {
   FillSettings f;
   const uint32_t c = Packed(1, 2, 3, 255), t = Packed(10, 20, 30, 100), none = 0xDEAD;
   const auto answers = [&f] {
-    V out;
-    for (uint8_t alphaOnly : {0, 1}) {
-      uint32_t colour = 0xDEAD;
-      out.push_back(UniformLayerColour(f, &colour, alphaOnly));
-      out.push_back(colour);
-    }
-    out.insert(out.end(), {uint32_t(LayerAlphaEquals(f, 255)), uint32_t(LayerAlphaEquals(f, 100))});
-    return out;
+    uint32_t colours[2] = {0xDEAD, 0xDEAD};
+    const int plain = UniformLayerColour(f, &colours[0], 0), alpha = UniformLayerColour(f, &colours[1], 1);
+    return V{uint32_t(plain),
+             colours[0],
+             uint32_t(alpha),
+             colours[1],
+             uint32_t(LayerAlphaEquals(f, 255)),
+             uint32_t(LayerAlphaEquals(f, 100))};
   };
-  f.startColour = f.endColour = c;
-  EXPECT_EQ(answers(), (V{1, c, 1, c, 1, 0}));
+  f.startColour = c, f.endColour = Packed(1, 2, 3, 254);  // with alphaOnly the colour is written even for 0
+  EXPECT_EQ(answers(), (V{0, none, 0, c, 0, 0}));
   f.endColour = Packed(9, 9, 9, 255);
   EXPECT_EQ(answers(), (V{0, none, 1, c, 1, 0}));
-  f.endColour = Packed(1, 2, 3, 254);  // with alphaOnly the colour is written even when the answer is 0
-  EXPECT_EQ(answers(), (V{0, none, 0, c, 0, 0}));
   f.useGradientTable = 1;  // the colour stops decide: an empty list is uniform, but of no alpha
   EXPECT_EQ(answers(), (V{1, none, 1, none, 0, 0}));
-  f.gradientColours = {t, t};
-  EXPECT_EQ(answers(), (V{1, t, 1, t, 0, 1}));
-  f.gradientColours[1] = Packed(99, 20, 30, 100);
+  f.gradientColours = {t, Packed(99, 20, 30, 100)};
   EXPECT_EQ(answers(), (V{0, t, 1, t, 0, 1}));
-  f.gradientColours[1] = Packed(10, 20, 30, 101);
+  f.gradientColours = {t, Packed(10, 20, 30, 101)};
   EXPECT_EQ(answers(), (V{0, t, 0, t, 0, 0}));
-
-  FillSettings o;  // the same uniform colour only
-  f.useGradientTable = 0;
-  f.endColour = o.startColour = o.endColour = c;
-  const int same = SameUniformColour(f, o);
-  o.endColour = Packed(1, 2, 3, 254);
-  EXPECT_EQ((V{uint32_t(same), uint32_t(SameUniformColour(f, o))}), (V{1, 0}));
+  FillSettings o;
+  o.startColour = o.endColour = f.startColour = f.endColour = c;
+  EXPECT_EQ(SameUniformColour(o, o), 1);
   f.fillType = 1;  // a texture fill type is never uniform, texture or not
-  EXPECT_EQ(SameUniformColour(f, f), 0);
+  EXPECT_EQ(SameUniformColour(f, o), 0);
   EXPECT_EQ(answers(), (V{0, none, 0, none, 0, 0}));
 }
 
