@@ -12,6 +12,7 @@ namespace lx {
 namespace {
 
 using namespace effects_test;
+constexpr double kPi = 3.141592653589793;
 
 BevelSettings Lit(double elevation, double depth, int32_t profile, int32_t highlight = 0) {
   BevelSettings s;

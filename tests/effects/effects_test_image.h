@@ -1,6 +1,7 @@
 // A small owned image for the effect tests: pixels as 32-bit values (byte 0 lowest), rows packed.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -9,16 +10,11 @@
 
 namespace lx::effects_test {
 
-constexpr double kPi = 3.141592653589793;
-
 inline uint32_t Pixel(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t alpha) {
   return uint32_t{b0} | uint32_t{b1} << 8 | uint32_t{b2} << 16 | uint32_t{alpha} << 24;
 }
 inline uint32_t Grey(uint8_t v, uint8_t alpha = 255) {
   return Pixel(v, v, v, alpha);
-}
-inline uint8_t Byte(uint32_t pixel, int i) {
-  return static_cast<uint8_t>(pixel >> (8 * i));
 }
 
 struct TestImage {
@@ -30,14 +26,11 @@ struct TestImage {
     return {reinterpret_cast<uint8_t*>(&at(left, top)), w ? w : width, h ? h : height, width * 4};
   }
   uint32_t& at(int32_t x, int32_t y) { return pixels[static_cast<size_t>(y) * width + x]; }
-  uint32_t at(int32_t x, int32_t y) const { return pixels[static_cast<size_t>(y) * width + x]; }
   void fillRect(int32_t x0, int32_t y0, int32_t x1, int32_t y1, uint32_t value) {
-    for (int32_t y = y0; y < y1; ++y)
-      for (int32_t x = x0; x < x1; ++x) at(x, y) = value;
+    for (int32_t y = y0; y < y1; ++y) std::fill(&at(x0, y), &at(x0, y) + (x1 - x0), value);
   }
 
-  int32_t width;
-  int32_t height;
+  int32_t width, height;
   std::vector<uint32_t> pixels;
 };
 

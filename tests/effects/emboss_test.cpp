@@ -37,7 +37,7 @@ TEST(EmbossFilter, EdgeRowsAreShadedAroundTheRowsInsideThem) {
   EmbossFilter emboss;
   TestImage image = RandomImage(23, 3, 8, 0.0);
   for (int32_t x = 0; x < 23; ++x) image.at(x, 0) &= 0x00FFFFFFu;  // row 0 itself transparent
-  const TestImage original = image;
+  TestImage original = image;
   emboss.apply(image.view());
   for (const auto& [rows, edge] : {std::pair{V{1, 1, 2}, 0}, {V{0, 1, 1}, 2}}) {
     TestImage stacked(23, 3);
