@@ -45,17 +45,6 @@ std::vector<double> Walk(Source& src, std::vector<unsigned>* cmds) {
   return out;
 }
 
-TEST(FlattenedPath, RepairsMalformedPaths) {
-  // A leading line-to starts the path, the stop vertex is skipped, a curve vertex without its end is a line.
-  const OutlinePath path{
-      {1, 1, kPathLineTo}, {2, 1, kPathLineTo}, {9, 9, kPathStop}, {3, 3, kPathMoveTo}, {4, 3, kPathCurve3}};
-  FlattenedPath flat(path, 0.25);
-  std::vector<unsigned> cmds;
-  Walk(flat, &cmds);
-  const unsigned move = agg::path_cmd_move_to, line = agg::path_cmd_line_to;
-  EXPECT_EQ(cmds, (std::vector<unsigned>{move, line, move, line}));
-}
-
 TEST(ClosedContourStroker, SpikesAndDegenerateContours) {
   // Two distinct points: the rectangle around the segment. One point: nothing. Then a 10 x 10 square
   // (outer 12 x 12, inner 8 x 8), and a tip far sharper than the miter limit of 4 allows: bevelled

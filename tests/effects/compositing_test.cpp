@@ -56,28 +56,25 @@ TEST(Compositing, PlacementClipsToBothImages) {
   const auto s = [](uint32_t i) { return Pixel(i, 0, 0, 255); };
   Image source(2, 2, 0u);
   source.pixels = {s(1), s(2), s(3), s(4)};
-  // Corners one pixel in, negative, touching from outside, and at the ends of the integer range.
+  // Corners one pixel in, negative, touching from outside, and at the ends of the integer range; the 3 x 3
+  // target as a pattern of its pixels, '.' where it keeps its own.
   const struct {
-    IntRect source, target;
-    V want;
+    int32_t sourceLeft, sourceTop, targetLeft, targetTop;
+    const char* want;
   } cases[] = {
-      {{-7, -5, -5, -3}, {-8, -6, -5, -3}, {g, g, g, g, s(1), s(2), g, s(3), s(4)}},
-      {{-1, -1, 1, 1}, {0, 0, 3, 3}, {s(4), g, g, g, g, g, g, g, g}},
-      {{2, 2, 4, 4}, {0, 0, 3, 3}, {g, g, g, g, g, g, g, g, s(1)}},
-      {{3, 0, 5, 2}, {0, 0, 3, 3}, V(9, g)},
-      {{0, -2, 2, 0}, {0, 0, 3, 3}, V(9, g)},
-      {{INT32_MAX - 2, INT32_MAX - 2, INT32_MAX, INT32_MAX},
-       {INT32_MIN, INT32_MIN, INT32_MIN + 3, INT32_MIN + 3},
-       V(9, g)},
-  };
+      {-7, -5, -8, -6, "....12.34"}, {-1, -1, 0, 0, "4........"},
+      {2, 2, 0, 0, "........1"},     {3, 0, 0, 0, "........."},
+      {0, -2, 0, 0, "........."},    {INT32_MAX - 2, INT32_MAX - 2, INT32_MIN, INT32_MIN, "........."}};
   for (const auto& c : cases) {
     for (bool clamped : {false, true}) {
       Image target(3, 3, g);
-      target.rect = c.target;
-      source.rect = c.source;
+      target.rect = {c.targetLeft, c.targetTop, c.targetLeft + 3, c.targetTop + 3};
+      source.rect = {c.sourceLeft, c.sourceTop, c.sourceLeft + 2, c.sourceTop + 2};
       if (clamped) BlendOverClamped(source.placed(), target.placed(), 0u, 0xFF000000u);
       if (!clamped) BlendOver(source.placed(), target.placed());
-      EXPECT_EQ(target.pixels, c.want) << c.source.left << "," << c.source.top << (clamped ? " clamped" : "");
+      V want;
+      for (const char* p = c.want; *p; ++p) want.push_back(*p == '.' ? g : s(*p - '0'));
+      EXPECT_EQ(target.pixels, want) << c.want << (clamped ? " clamped" : "");
     }
   }
   // Missing pixels or rows: nothing happens.
