@@ -9,9 +9,9 @@ namespace {
 
 using V = std::vector<uint32_t>;
 
-uint32_t Pixel(uint32_t b, uint32_t g, uint32_t r, uint32_t a) {
+const auto Pixel = [](uint32_t b, uint32_t g, uint32_t r, uint32_t a) {
   return b | g << 8 | r << 16 | a << 24;
-}
+};
 
 // Pixels of one colour, placed with their top-left corner at (0, 0) until the rectangle is moved.
 struct Image {

@@ -15,12 +15,12 @@ namespace {
 using V = std::vector<uint32_t>;
 
 // Packed colour setting (red in the low byte), and the pixel value (blue in the low byte) it becomes.
-uint32_t Packed(uint32_t r, uint32_t g, uint32_t b, uint32_t a) {
+const auto Packed = [](uint32_t r, uint32_t g, uint32_t b, uint32_t a) {
   return r | g << 8 | b << 16 | a << 24;
-}
-uint32_t PixelOf(uint32_t packed) {
-  return (packed & 0xFF00FF00u) | (packed & 0xFFu) << 16 | (packed >> 16 & 0xFFu);
-}
+};
+const auto PixelOf = [](uint32_t c) { return (c & 0xFF00FF00u) | (c & 0xFFu) << 16 | (c >> 16 & 0xFFu); };
+const uint32_t kRed = Packed(255, 0, 0, 255), kBlue = Packed(0, 0, 255, 255), r = PixelOf(kRed),
+               b = PixelOf(kBlue);
 
 // A zeroed surface of its own and a rectangle from (x1, y1) to (x2, y2) to draw.
 struct Scene {
@@ -58,11 +58,9 @@ struct Scene {
 };
 
 TEST(LayerDrawing, ModesNothingToDrawAndFarShapes) {
-  const uint32_t red = Packed(255, 0, 0, 255), blue = Packed(0, 0, 255, 255), r = PixelOf(red),
-                 b = PixelOf(blue);
   Scene s(80, 80, 20, 20, 60, 60);
-  s.face.startColour = s.face.endColour = red;
-  s.outline.startColour = s.outline.endColour = blue;
+  s.face.startColour = s.face.endColour = kRed;
+  s.outline.startColour = s.outline.endColour = kBlue;
   s.stroke = 8.0;
   s.expectDraws(kDrawFaceThenOutline, {40, 40, r, 21, 40, b, 17, 40, b});  // the stroke's inner half on top
   s.expectDraws(kDrawOutlineThenFace, {40, 40, r, 21, 40, r, 17, 40, b});
@@ -78,7 +76,7 @@ TEST(LayerDrawing, ModesNothingToDrawAndFarShapes) {
   EXPECT_EQ(s.pixels, V(80 * 80, 0u));
 
   Scene far(16, 16, -30000, -30000, 30000, 30000);  // clipped, however far out
-  far.face.startColour = far.face.endColour = red;
+  far.face.startColour = far.face.endColour = kRed;
   far.matrix.sx = far.matrix.sy = 1e6;
   far.stroke = 3.0;
   far.expectDraws(kDrawFaceThenOutline, {8, 8, r});
@@ -86,13 +84,11 @@ TEST(LayerDrawing, ModesNothingToDrawAndFarShapes) {
 
 // Gradient kinds and parameters at the ends of their ranges, on a 32 x 32 square from (16, 16), red to blue.
 TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
-  const uint32_t red = Packed(255, 0, 0, 255), blue = Packed(0, 0, 255, 255), r = PixelOf(red),
-                 b = PixelOf(blue);
   const auto expect = [&](int32_t kind, void (*set)(FillSettings&), const V& probes) {
     Scene s(64, 64, 16, 16, 48, 48);
     s.face.gradientType = kind;
-    s.face.startColour = red;
-    s.face.endColour = blue;
+    s.face.startColour = kRed;
+    s.face.endColour = kBlue;
     set(s.face);
     SCOPED_TRACE(kind);
     s.expectDraws(kDrawFace, probes);
