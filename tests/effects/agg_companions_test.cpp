@@ -17,22 +17,15 @@ TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
   EXPECT_FALSE(InvertAffine(agg::trans_affine(NAN, 0, 0, 1, 0, 0), &inverse));
   EXPECT_FALSE(InvertAffine(RectToParallelogram(5, 0, 5, 4, parl), &inverse));
   EXPECT_EQ(inverse.tx, 5.0);  // left alone
-  ASSERT_TRUE(InvertAffine(RectToParallelogram(0, 0, 8, 4, parl), &inverse));
-  double x = 20, y = 80;  // the fourth corner completes the parallelogram
-  inverse.transform(&x, &y);
-  EXPECT_NEAR(x, 0.0, 1e-12);
-  EXPECT_NEAR(y, 4.0, 1e-12);
   EXPECT_NEAR(MaxStretch(agg::trans_affine(1, 0, 1, 1, 0, 0)), (1 + std::sqrt(5.0)) / 2, 1e-12);
 }
 
-// The commands of a vertex source, and for each closed polygon its area (shoelace) and largest x.
-template <class Source>
-std::vector<double> Walk(Source& src, std::vector<unsigned>* cmds) {
+// The area (shoelace) and largest x of each closed polygon of a stroke.
+std::vector<double> Polygons(ClosedContourStroker<FlattenedPath>& src) {
   src.rewind(0);
   std::vector<double> out;
   double x, y, area = 0, maxX = -1e300, firstX = 0, firstY = 0, lastX = 0, lastY = 0;
   for (unsigned cmd; !agg::is_stop(cmd = src.vertex(&x, &y));) {
-    cmds->push_back(cmd);
     if (agg::is_end_poly(cmd)) {
       out.insert(out.end(), {std::fabs(area + lastX * firstY - firstX * lastY) / 2, maxX});
       area = 0, maxX = -1e300;
@@ -56,15 +49,14 @@ TEST(ClosedContourStroker, SpikesAndDegenerateContours) {
   FlattenedPath flat(path, 0.25);
   ClosedContourStroker<FlattenedPath> stroke(flat);
   stroke.width(2.0);
-  std::vector<unsigned> cmds;
-  const std::vector<double> polygons = Walk(stroke, &cmds);
+  const std::vector<double> polygons = Polygons(stroke);
   ASSERT_EQ(polygons.size(), 10u);
   EXPECT_NEAR(polygons[0], 10.0 * 2.0, 1e-9);
   EXPECT_NEAR(polygons[2], 12.0 * 12.0, 1e-9);
   EXPECT_NEAR(polygons[4], 8.0 * 8.0, 1e-9);
   EXPECT_GT(std::max(polygons[7], polygons[9]), 100.0);
   EXPECT_LE(std::max(polygons[7], polygons[9]), 100.0 + 4.0 * 1.0 + 1e-9);
-  EXPECT_EQ(Walk(stroke, &cmds), polygons);  // the buffers are reused from one rewind to the next
+  EXPECT_EQ(Polygons(stroke), polygons);  // the buffers are reused from one rewind to the next
 }
 
 TEST(AffineSpanInterpolator, ClampsFarCoordinates) {

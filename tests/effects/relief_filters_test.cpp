@@ -52,27 +52,21 @@ TEST(BevelFilter, ProfilesAndClampedSettings) {
   }
 }
 
-TEST(BevelFilter, ShadeAndHighlightOfExactSlopes) {
-  // Elevation 3, depth 60: sine 0.0523, Lx = Lz = 13, Nz = 25, F = 13.35. At the black-to-white step
-  // N.L < 0, so the shade is trunc(strength * sine): 0 without highlight, 10 with 200; flat is 13 / 13.35.
-  // Elevation 30, depth 1 (Nz = 1530), heights 100 | 133 give Nx = -99: the shade is
+TEST(BevelFilter, HighlightOfExactSlopes) {
+  // Elevation 3, depth 60: sine 0.0523, F = 13.35. At the black-to-white step N.L < 0, so the shade is
+  // trunc(200 * sine) = 10 of F. Elevation 30, depth 1: heights 100 | 133 give Nx = -99 and a shade of
   // trunc(181737 / 1533.19) = 118 of F = 127.5; strength 255 adds trunc(127.5 - 118) = 9.
-  const struct {
-    BevelSettings settings;
-    uint8_t left, right;
-    int32_t x;
-    uint8_t want;
-  } cases[] = {{Lit(3, 60, 0, 200), 0, 255, 5, 191},
-               {Lit(30, 1, 0, 255), 100, 133, 4, 99},
-               {Lit(30, 1, 0, 255), 100, 133, 5, 132}};
-  BevelFilter bevel;
-  for (const auto& c : cases) {
-    TestImage image(10, 4, Grey(c.left));
-    image.fillRect(5, 0, 10, 4, Grey(c.right));
-    bevel.configure(c.settings);
+  const auto shade = [](const BevelSettings& settings, uint8_t left, uint8_t right, int32_t x) {
+    TestImage image(10, 4, Grey(left));
+    image.fillRect(5, 0, 10, 4, Grey(right));
+    BevelFilter bevel;
+    bevel.configure(settings);
     bevel.shade(image.view());
-    EXPECT_EQ(image.at(c.x, 2), Grey(c.want)) << c.settings.elevation << " at " << c.x;
-  }
+    return image.at(x, 2);
+  };
+  EXPECT_EQ((V{shade(Lit(3, 60, 0, 200), 0, 255, 5), shade(Lit(30, 1, 0, 255), 100, 133, 4),
+               shade(Lit(30, 1, 0, 255), 100, 133, 5)}),
+            (V{Grey(191), Grey(99), Grey(132)}));
 }
 
 TEST(BevelFilter, BorderPassesAndTinyImages) {
@@ -111,9 +105,9 @@ TEST(EmbossFilter, NarrowFlatAreasAndTooFewRows) {
 }
 
 TEST(EmbossFilter, AzimuthThatIsNotANumberLightsAsZero) {
-  TestImage zero(12, 4), nan(12, 4);
+  TestImage zero(12, 4);
   for (int32_t x = 0; x < 12; ++x) zero.fillRect(x, 0, x + 1, 4, Grey(static_cast<uint8_t>(10 * x)));
-  nan = zero;
+  TestImage nan = zero;
   EmbossFilter emboss;
   emboss.setAzimuth(0.0);
   emboss.apply(zero.view());
