@@ -1,32 +1,28 @@
-#include "effects/compositing.h"
-
+// Laying layers over one another: the blend laws at their limits, placement, and the extrusion's stamps.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <utility>
 #include <vector>
+
+#include "effects/compositing.h"
+#include "effects/shadow_extrusion.h"
+#include "effects_test_image.h"
+#include "platform/platform.h"
 
 namespace lx {
 namespace {
 
+using namespace effects_test;
 using V = std::vector<uint32_t>;
-
-const auto Pixel = [](uint32_t b, uint32_t g, uint32_t r, uint32_t a) {
-  return b | g << 8 | r << 16 | a << 24;
-};
-
-// Pixels of one colour, placed with their top-left corner at (0, 0) until the rectangle is moved.
-struct Image {
-  Image(int32_t w, int32_t h, uint32_t f) : w(w), h(h), pixels(size_t(w) * h, f), rect{0, 0, w, h} {}
-  PlacedView placed() { return {{reinterpret_cast<uint8_t*>(pixels.data()), w, h, w * 4}, rect}; }
-  int32_t w, h;
-  V pixels;
-  IntRect rect;
-};
+constexpr int32_t kMax = INT32_MAX, kMin = INT32_MIN;
 
 // One pixel over another: BlendOver, or with bounds the saturating law between their alpha bytes.
 uint32_t Blend(uint32_t source, uint32_t target, const V& bounds = {}) {
-  Image s(1, 1, source), t(1, 1, target);
-  if (bounds.empty()) BlendOver(s.placed(), t.placed());
-  if (!bounds.empty()) BlendOverClamped(s.placed(), t.placed(), bounds[0], bounds[1]);
+  TestImage s(1, 1, source), t(1, 1, target);
+  const PlacedView from{s.view(), {0, 0, 1, 1}}, onto{t.view(), {0, 0, 1, 1}};
+  if (bounds.empty()) BlendOver(from, onto);
+  if (!bounds.empty()) BlendOverClamped(from, onto, bounds[0], bounds[1]);
   return t.pixels[0];
 }
 
@@ -54,7 +50,7 @@ TEST(Compositing, LawsAtTheEndsOfTheAlphaRange) {
 TEST(Compositing, PlacementClipsToBothImages) {
   const uint32_t g = Pixel(50, 50, 50, 255);
   const auto s = [](uint32_t i) { return Pixel(i, 0, 0, 255); };
-  Image source(2, 2, 0u);
+  TestImage source(2, 2);
   source.pixels = {s(1), s(2), s(3), s(4)};
   // Corners one pixel in, negative, touching from outside, and at the ends of the integer range; the 3 x 3
   // target as a pattern of its pixels, '.' where it keeps its own.
@@ -67,31 +63,85 @@ TEST(Compositing, PlacementClipsToBothImages) {
       {0, -2, 0, 0, "........."},    {INT32_MAX - 2, INT32_MAX - 2, INT32_MIN, INT32_MIN, "........."}};
   for (const auto& c : cases) {
     for (bool clamped : {false, true}) {
-      Image target(3, 3, g);
-      target.rect = {c.targetLeft, c.targetTop, c.targetLeft + 3, c.targetTop + 3};
-      source.rect = {c.sourceLeft, c.sourceTop, c.sourceLeft + 2, c.sourceTop + 2};
-      if (clamped) BlendOverClamped(source.placed(), target.placed(), 0u, 0xFF000000u);
-      if (!clamped) BlendOver(source.placed(), target.placed());
+      TestImage target(3, 3, g);
+      const PlacedView from{source.view(), {c.sourceLeft, c.sourceTop, c.sourceLeft + 2, c.sourceTop + 2}};
+      const PlacedView onto{target.view(), {c.targetLeft, c.targetTop, c.targetLeft + 3, c.targetTop + 3}};
+      if (clamped) BlendOverClamped(from, onto, 0u, 0xFF000000u);
+      if (!clamped) BlendOver(from, onto);
       V want;
       for (const char* p = c.want; *p; ++p) want.push_back(*p == '.' ? g : s(*p - '0'));
       EXPECT_EQ(target.pixels, want) << c.want << (clamped ? " clamped" : "");
     }
   }
   // Missing pixels: nothing happens.
-  Image target(3, 3, g);
-  source.rect = target.rect;
-  PlacedView broken = source.placed();
-  broken.view.pixels = nullptr;
-  BlendOver(broken, target.placed());
+  TestImage target(3, 3, g);
+  PixelView broken = source.view();
+  broken.pixels = nullptr;
+  BlendOver({broken, {0, 0, 2, 2}}, {target.view(), {0, 0, 3, 3}});
   EXPECT_EQ(target.pixels, V(9, g));
 
   // Laying an image on itself one row lower shifts it down only when the last row goes first.
-  Image column(1, 4, 0u);
+  TestImage column(1, 4);
   column.pixels = {s(1), s(2), s(3), s(4)};
-  PlacedView lower = column.placed();
-  lower.rect = {0, 1, 1, 5};
-  BlendOver(lower, column.placed());
+  BlendOver({column.view(), {0, 1, 1, 5}}, {column.view(), {0, 0, 1, 4}});
   EXPECT_EQ(column.pixels, (V{s(1), s(1), s(2), s(3)}));
+}
+
+// The extrusion taken literally: every point of the full LineDDA walk shifts the layer's rectangle and
+// lays the untouched copy over it (BlendOver clips whatever does not overlap).
+TestImage Reference(const TestImage& image, int32_t dx, int32_t dy) {
+  TestImage copy = image, result = image;
+  PlacedView walk[2] = {{copy.view(), {0, 0, copy.width, copy.height}}, {result.view(), {}}};
+  const auto stamp = [](int x, int y, intptr_t data) {
+    PlacedView* w = reinterpret_cast<PlacedView*>(data);
+    w[1].rect = {x, y, x + w[1].view.width, y + w[1].view.height};
+    BlendOver(w[0], w[1]);
+  };
+  platform::LineDDA(-dx, -dy, 0, 0, stamp, reinterpret_cast<intptr_t>(walk));
+  return result;
+}
+
+TestImage Extruded(TestImage image, int32_t dx, int32_t dy) {
+  Extrude(image.view(), dx, dy);
+  return image;
+}
+
+// Lines longer than any the extrusion walks point by point: extents sharing a large divisor (walked from a
+// later point of the same line) and extents sharing none (computed). On sparse translucent dots with an
+// opaque dot in each corner, every stamp that reaches the layer leaves a mark of its own. Far beyond the
+// layer only the last points, along an axis or a diagonal, reach it.
+TEST(Extrude, LongLinesStampWhereTheFullWalkDoes) {
+  TestImage image = RandomImage(30, 25, 77, 0.95);
+  image.at(0, 0) = Pixel(255, 0, 0, 255), image.at(29, 0) = Pixel(0, 255, 0, 255);
+  image.at(0, 24) = Pixel(0, 0, 255, 255), image.at(29, 24) = Grey(255);
+  EXPECT_EQ(Extruded(image, 0, 0).pixels, image.pixels);
+  Extrude(PixelView{}, 4, 4);
+  for (const auto& [dx, dy] : {std::pair{12582912, 3145728},
+                               {4194319, 2},
+                               {-4194301, 2796203},
+                               {3000017, -4194329},
+                               {-5000011, -5000010}})
+    EXPECT_EQ(Extruded(image, dx, dy).pixels, Reference(image, dx, dy).pixels) << dx << ", " << dy;
+  const int32_t far[][4] = {
+      {1000, 0, 29, 0}, {kMax, 0, 29, 0},         {0, kMin, 0, -24},      {kMax - 1, kMax - 1, 24, 24},
+      {kMax, 1, 29, 0}, {kMax, kMax - 1, 29, 29}, {kMin, kMin, -24, -24}, {kMin, 3, -29, 0}};
+  for (const auto& c : far)
+    EXPECT_EQ(Extruded(image, c[0], c[1]).pixels, Extruded(image, c[2], c[3]).pixels) << c[0];
+}
+
+TEST(Extrude, NeverTouchesMemoryOutsideTheLayer) {
+  // The layer is the middle of a larger image whose border must come through unchanged (and under
+  // AddressSanitizer no read may leave the layer's rows).
+  TestImage outer = RandomImage(30, 20, 13, 0.3);
+  TestImage expected = outer;
+  for (const auto& [dx, dy] : {std::pair{3, 4}, {-25, 2}, {kMax, kMin}, {19, -9}, {-20, -10}}) {
+    Extrude(outer.view(5, 5, 20, 10), dx, dy);
+    ExtrudeShadow(outer.view(5, 5, 20, 10), dx, dy, 0);
+  }
+  SoftenExtrusion(outer.view(), nullptr);
+  outer.fillRect(5, 5, 25, 15, 0);
+  expected.fillRect(5, 5, 25, 15, 0);
+  EXPECT_EQ(outer.pixels, expected.pixels);
 }
 
 }  // namespace
