@@ -116,11 +116,9 @@ TEST(Extrude, LongLinesStampWhereTheFullWalkDoes) {
   image.at(0, 24) = Pixel(0, 0, 255, 255), image.at(29, 24) = Grey(255);
   EXPECT_EQ(Extruded(image, 0, 0).pixels, image.pixels);
   Extrude(PixelView{}, 4, 4);
-  for (const auto& [dx, dy] : {std::pair{12582912, 3145728},
-                               {4194319, 2},
-                               {-4194301, 2796203},
-                               {3000017, -4194329},
-                               {-5000011, -5000010}})
+  const int32_t lines[][2] = {
+      {12582912, 3145728}, {4194319, 2}, {-4194301, 2796203}, {3000017, -4194329}, {-5000011, -5000010}};
+  for (const auto& [dx, dy] : lines)
     EXPECT_EQ(Extruded(image, dx, dy).pixels, Reference(image, dx, dy).pixels) << dx << ", " << dy;
   const int32_t far[][4] = {
       {1000, 0, 29, 0}, {kMax, 0, 29, 0},         {0, kMin, 0, -24},      {kMax - 1, kMax - 1, 24, 24},

@@ -64,9 +64,8 @@ TEST(LayerDrawing, ModesAndNothingToDraw) {
   s.stroke = 8.0;
   s.expectDraws(kDrawFaceThenOutline, {40, 40, r, 21, 40, b, 17, 40, b});  // the stroke's inner half on top
   s.expectDraws(kDrawOutlineThenFace, {40, 40, r, 21, 40, r, 17, 40, b});
-  s.expectDraws(4, {40, 40, 0, 17, 40, 0});
-  s.expectDraws(-1, {40, 40, 0, 17, 40, 0});
-  s.stroke = 0.0;  // no Outline at all
+  for (int32_t mode : {4, -1}) s.expectDraws(mode, {40, 40, 0, 17, 40, 0});  // modes that draw nothing
+  s.stroke = 0.0;                                                            // no Outline at all
   s.expectDraws(kDrawFaceThenOutline, {20, 40, r, 19, 40, 0});
   s.surface.pixels = nullptr;  // nothing to draw into, or nothing to draw
   s.expectDraws(kDrawFace, {});
