@@ -14,7 +14,7 @@ namespace {
 
 using V = std::vector<uint32_t>;
 
-// Packed colour setting (red in the low byte), and the pixel value (blue in the low byte) it becomes.
+// Settings pack red in the low byte, pixels blue: the colours kRed and kBlue draw as r and b.
 const auto Packed = [](uint32_t r, uint32_t g, uint32_t b, uint32_t a) {
   return r | g << 8 | b << 16 | a << 24;
 };
@@ -64,8 +64,8 @@ TEST(LayerDrawing, ModesAndNothingToDraw) {
   s.stroke = 8.0;
   s.expectDraws(kDrawFaceThenOutline, {40, 40, r, 21, 40, b, 17, 40, b});  // the stroke's inner half on top
   s.expectDraws(kDrawOutlineThenFace, {40, 40, r, 21, 40, r, 17, 40, b});
-  for (int32_t mode : {4, -1}) s.expectDraws(mode, {40, 40, 0, 17, 40, 0});  // modes that draw nothing
-  s.stroke = 0.0;                                                            // no Outline at all
+  for (int32_t mode : {4, -1}) s.expectDraws(mode, {40, 40, 0, 17, 40, 0});
+  s.stroke = 0.0;  // no Outline at all
   s.expectDraws(kDrawFaceThenOutline, {20, 40, r, 19, 40, 0});
   s.surface.pixels = nullptr;  // nothing to draw into, or nothing to draw
   s.expectDraws(kDrawFace, {});
@@ -98,7 +98,7 @@ TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
 }
 
 TEST(LayerDrawing, GradientRampAndArea) {
-  const uint32_t a = Packed(255, 0, 0, 255), b = Packed(0, 255, 0, 128), c = Packed(0, 0, 255, 0);
+  const uint32_t x = Packed(255, 0, 0, 255), y = Packed(0, 255, 0, 128), z = Packed(0, 0, 255, 0);
   const uint32_t start = Packed(0, 0, 0, 255), end = Packed(255, 255, 255, 255),
                  mid = Packed(128, 128, 128, 255);
   // Each colour owns a share as wide as its weight; the ramp runs through the shares' centres, the first
@@ -114,14 +114,14 @@ TEST(LayerDrawing, GradientRampAndArea) {
       EXPECT_EQ(got[i], entries[i] ? PixelOf(entries[i]) : got[i])
           << i << " of " << testing::PrintToString(weights);
   };
-  expect(1, {a, b, c}, {7, 7, 7}, {a, b, 0, c});
-  expect(1, {a, b, c}, {2, 1, 1}, {a, 0, b, c});
-  expect(1, {a, b, a}, {0, 0, 0}, {a, b, 0, a});
-  expect(1, {a, b, a}, {}, {a, b, 0, a});
-  expect(1, {b}, {9}, {b, b, b, b});
+  expect(1, {x, y, z}, {7, 7, 7}, {x, y, 0, z});
+  expect(1, {x, y, z}, {2, 1, 1}, {x, 0, y, z});
+  expect(1, {x, y, x}, {0, 0, 0}, {x, y, 0, x});
+  expect(1, {x, y, x}, {}, {x, y, 0, x});
+  expect(1, {y}, {9}, {y, y, y, y});
   expect(1, {}, {}, {start, mid, 0, end});
-  expect(0, {a, b}, {1, 1}, {start, mid, 0, end});
-  expect(1, {a, b, c}, {5, 0, 5}, {a, Packed(128, 0, 128, 128), 0, c});  // no trace of a colour weighing 0
+  expect(0, {x, y}, {1, 1}, {start, mid, 0, end});
+  expect(1, {x, y, z}, {5, 0, 5}, {x, Packed(128, 0, 128, 128), 0, z});  // no trace of a colour weighing 0
 
   // A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range;
   // an empty one counts as none.
