@@ -116,6 +116,9 @@ TEST(Extrude, LongLinesStampWhereTheFullWalkDoes) {
   image.at(0, 24) = Pixel(0, 0, 255, 255), image.at(29, 24) = Grey(255);
   EXPECT_EQ(Extruded(image, 0, 0).pixels, image.pixels);
   Extrude(PixelView{}, 4, 4);
+  TestImage shadow = image;  // the Shadow's own extrusion, along an axis (as no scene has it)
+  ExtrudeShadow(shadow.view(), 29, 0, 1);
+  EXPECT_EQ(shadow.pixels, Extruded(image, 29, 0).pixels);
   const int32_t lines[][2] = {
       {12582912, 3145728}, {4194319, 2}, {-4194301, 2796203}, {3000017, -4194329}, {-5000011, -5000010}};
   for (const auto& [dx, dy] : lines)
