@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "tests/support/contour_records.h"
 
@@ -12,13 +13,13 @@ namespace {
 
 using test::ContourRecords;
 using test::Fx;
+using test::FxPoint;
 using test::Pt;
 
-// The decoded path as "M x,y L x,y C x,y ..." with exact coordinates; the rectangle goes to *rect.
-std::string Decode(const ContourRecords& r, bool flipY = false, IntRect* rect = nullptr) {
+// The decoded path as "M x,y L x,y C x,y ..." with exact coordinates, then its rectangle.
+std::string Decode(const ContourRecords& r, bool flipY) {
   OutlinePath path;
   const IntRect box = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), flipY, &path);
-  if (rect != nullptr) *rect = box;
   std::string out;
   for (const PathVertex& v : path) {
     char text[80];
@@ -26,81 +27,60 @@ std::string Decode(const ContourRecords& r, bool flipY = false, IntRect* rect = 
                      : v.cmd == kPathLineTo ? 'L'
                      : v.cmd == kPathCurve3 ? 'C'
                                             : '?';
-    std::snprintf(text, sizeof text, "%s%c%.17g,%.17g", out.empty() ? "" : " ", cmd, v.x, v.y);
+    std::snprintf(text, sizeof text, "%c%.17g,%.17g ", cmd, v.x, v.y);
     out += text;
   }
-  return out;
+  return out + "| " + std::to_string(box.left) + "," + std::to_string(box.top) + "," +
+         std::to_string(box.right) + "," + std::to_string(box.bottom);
 }
 
-TEST(OutlineDecoder, StartPointsRoundHalfUpLinePointsKeepTheirFractionAndContoursCloseWhenOpen) {
-  ContourRecords half, negative, open, closed;
-  // 10.5 is fract 0x8000; 10.49998 is fract 0x7FFF. The closing line goes to the rounded start.
-  half.begin({10 * 65536 + 0x8000, 10 * 65536 + 0x7FFF}).line({{10 * 65536 + 0x8000, 20 * 65536}}).end();
-  EXPECT_EQ(Decode(half), "M11,10 L10.5,20 L11,10");
-  negative.begin({Fx(-10.5), Fx(-2.75)}).line({Pt(5, 5)}).end();
-  EXPECT_EQ(Decode(negative), "M-10,-3 L5,5 L-10,-3");
-  open.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4.25), Pt(2, 4)}).end();
-  EXPECT_EQ(Decode(open), "M1,1 L5,1 L5,4.25 L2,4 L1,1");
-  closed.begin(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4), Pt(1, 1)}).end();
-  EXPECT_EQ(Decode(closed), "M1,1 L5,1 L5,4 L1,1");
+ContourRecords From(FxPoint start) {
+  ContourRecords r;
+  r.begin(start);
+  return r;
 }
 
-TEST(OutlineDecoder, SplinesChainQuadraticCurvesThroughTruncatedMidpoints) {
-  ContourRecords two, three, four;
-  two.begin(Pt(0, 0)).spline({Pt(4, 0.5), Pt(8, 8)}).end();
-  EXPECT_EQ(Decode(two), "M0,0 C4,0.5 C8,8 L0,0");
-  four.begin(Pt(0, 0)).spline({Pt(2, 0), Pt(4, 2), Pt(4, 6), Pt(0, 8)}).end();
-  EXPECT_EQ(Decode(four), "M0,0 C2,0 C3,1 C4,2 C4,4 C4,6 C0,8 L0,0");
-  // Raw x values 1 and -4: (1 + -4) / 2 truncates to -1 (a floor would give -2); y: 7 and 0 give 3.
-  three.begin(Pt(0, 0)).spline({{1, 7}, {-4, 0}, Pt(3, 3)}).end();
+TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
   const std::string unit = "1.52587890625e-05";  // 1 / 65536
-  EXPECT_EQ(Decode(three), "M0,0 C" + unit + ",0.0001068115234375 C-" + unit +
-                               ",4.57763671875e-05 C-6.103515625e-05,0 C3,3 L0,0");
-}
-
-TEST(OutlineDecoder, CubicRecordsAreReadAsQuadraticAndUnknownTypesAreSkipped) {
-  ContourRecords two, three;
-  two.begin(Pt(0, 0)).record(2, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(7, {Pt(50, 50)}).end();
-  three.begin(Pt(0, 0)).record(3, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(1, {}).end();
-  IntRect a, b;
-  EXPECT_EQ(Decode(two, false, &a), Decode(three, false, &b));
-  EXPECT_EQ(a.right, 6);  // the unknown record's point (50, 50) never entered the path
-  EXPECT_EQ(b.right, 6);
-}
-
-TEST(OutlineDecoder, OnePointSplineTakesItsMidpointWithTheBytesThatFollow) {
-  // After the one-point record come the line record's header (type 1, count 2) and its first x:
-  // raw x 0x00020001 and raw y 8 << 16, so the midpoint is (3, 6).
-  ContourRecords r;
-  r.begin(Pt(0, 0)).spline({Pt(4, 4)}).line({Pt(8, 0), Pt(0, 0)}).end();
-  EXPECT_EQ(Decode(r), "M0,0 C4,4 C3,6 L8,0 L0,0");
-}
-
-TEST(OutlineDecoder, FlipNegatesOnlyTheStartPoint) {
-  ContourRecords r;
-  r.begin(Pt(2, 3)).line({Pt(4, 5)}).spline({Pt(6, 7), Pt(8, 9)}).end();
-  EXPECT_EQ(Decode(r, true), "M2,-3 L4,5 C6,7 C8,9 L2,-3");
-}
-
-TEST(OutlineDecoder, RectangleIsFloorAndCeilingOfEveryVertexControlPointsIncluded) {
+  // Start points round half up (10.5 is fract 0x8000, 10.49998 is 0x7FFF), line points keep their fraction,
+  // open contours close on the rounded start. Spline midpoints truncate: raw x 1 and -4 give -1, not -2.
+  // A one-point spline takes its midpoint with the bytes that follow (the next record's header and x).
+  // Cubic records are read as quadratic; unknown records are skipped. Only the start point is flipped.
+  // The rectangle is the floor and ceiling of every vertex, control points included.
   const struct {
     ContourRecords records;
-    IntRect expected;
+    bool flip;
+    std::string decoded;
   } cases[] = {
-      {ContourRecords().begin(Pt(1, 1)).line({Pt(0.2, 9.7), Pt(9.7, 0.2)}).spline({Pt(5, 5), Pt(3, 3)}).end(),
-       {0, 0, 10, 10}},
-      {ContourRecords().begin(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.01, -0.99)}).end(), {-10, -8, 0, 0}},
-      {ContourRecords().begin(Pt(0, 0)).spline({Pt(5, -20.5), Pt(10, 0)}).end(), {0, -21, 10, 0}},
-      {ContourRecords().begin(Pt(0, 4)).line({Pt(10, 4), Pt(3, 4)}).end(), {0, 4, 10, 4}},
+      {From({10 * 65536 + 0x8000, 10 * 65536 + 0x7FFF}).line({{10 * 65536 + 0x8000, 20 * 65536}}).end(),
+       false, "M11,10 L10.5,20 L11,10 | 10,10,11,20"},
+      {From({Fx(-10.5), Fx(-2.75)}).line({Pt(5, 5)}).end(), false, "M-10,-3 L5,5 L-10,-3 | -10,-3,5,5"},
+      {From(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4.25), Pt(2, 4)}).end(), false,
+       "M1,1 L5,1 L5,4.25 L2,4 L1,1 | 1,1,5,5"},
+      {From(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4), Pt(1, 1)}).end(), false, "M1,1 L5,1 L5,4 L1,1 | 1,1,5,4"},
+      {From(Pt(0, 0)).spline({Pt(4, 0.5), Pt(8, 8)}).end(), false, "M0,0 C4,0.5 C8,8 L0,0 | 0,0,8,8"},
+      {From(Pt(0, 0)).spline({Pt(2, 0), Pt(4, 2), Pt(4, 6), Pt(0, 8)}).end(), false,
+       "M0,0 C2,0 C3,1 C4,2 C4,4 C4,6 C0,8 L0,0 | 0,0,4,8"},
+      {From(Pt(0, 0)).spline({{1, 7}, {-4, 0}, Pt(3, 3)}).end(), false,
+       "M0,0 C" + unit + ",0.0001068115234375 C-" + unit +
+           ",4.57763671875e-05 C-6.103515625e-05,0 C3,3 L0,0 | -1,0,3,3"},
+      {From(Pt(0, 0)).spline({Pt(4, 4)}).line({Pt(8, 0), Pt(0, 0)}).end(), false,
+       "M0,0 C4,4 C3,6 L8,0 L0,0 | 0,0,8,6"},
+      {From(Pt(2, 3)).line({Pt(4, 5)}).spline({Pt(6, 7), Pt(8, 9)}).end(), true,
+       "M2,-3 L4,5 C6,7 C8,9 L2,-3 | 2,-3,8,9"},
+      {From(Pt(0, 0)).record(2, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(7, {Pt(50, 50)}).end(), false,
+       "M0,0 C1,5 C1.5,4 C2,3 C6,6 L0,0 | 0,0,6,6"},
+      {From(Pt(0, 0)).record(3, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(1, {}).end(), false,
+       "M0,0 C1,5 C1.5,4 C2,3 C6,6 L0,0 | 0,0,6,6"},
+      {From(Pt(1, 1)).line({Pt(0.25, 9.75), Pt(9.75, 0.25)}).spline({Pt(5, 5), Pt(3, 3)}).end(), false,
+       "M1,1 L0.25,9.75 L9.75,0.25 C5,5 C3,3 L1,1 | 0,0,10,10"},
+      {From(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.0625, -0.9375)}).end(), false,
+       "M-3,-3 L-0.5,-7.25 L-9.0625,-0.9375 L-3,-3 | -10,-8,0,0"},
+      {From(Pt(0, 0)).spline({Pt(5, -20.5), Pt(10, 0)}).end(), false,
+       "M0,0 C5,-20.5 C10,0 L0,0 | 0,-21,10,0"},
+      {From(Pt(0, 4)).line({Pt(10, 4), Pt(3, 4)}).end(), false, "M0,4 L10,4 L3,4 L0,4 | 0,4,10,4"},
   };
-  for (const auto& c : cases) {
-    IntRect r;
-    EXPECT_FALSE(Decode(c.records, false, &r).empty());
-    EXPECT_EQ(r.left, c.expected.left);
-    EXPECT_EQ(r.top, c.expected.top);
-    EXPECT_EQ(r.right, c.expected.right);
-    EXPECT_EQ(r.bottom, c.expected.bottom);
-  }
+  for (const auto& c : cases) EXPECT_EQ(Decode(c.records, c.flip), c.decoded);
 }
 
 TEST(OutlineDecoder, ContoursAppendToThePathWhichIsMeasuredWhole) {
@@ -112,9 +92,8 @@ TEST(OutlineDecoder, ContoursAppendToThePathWhichIsMeasuredWhole) {
   ASSERT_EQ(path.size(), 1u + 5u + 5u);
   EXPECT_EQ(path[6].x, 20);
   EXPECT_EQ(path[6].cmd, kPathMoveTo);
-  EXPECT_EQ(rect.left, -50);
-  EXPECT_EQ(rect.right, 30);
-  EXPECT_EQ(rect.bottom, 15);
+  EXPECT_EQ((std::vector<int32_t>{rect.left, rect.top, rect.right, rect.bottom}),
+            (std::vector<int32_t>{-50, -50, 30, 15}));
   // Missing arguments give the empty rectangle and an empty path.
   EXPECT_EQ(DecodeOutlineBlock(nullptr, 40, false, &path).right, 0);
   EXPECT_TRUE(path.empty());
