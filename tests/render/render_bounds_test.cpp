@@ -1,0 +1,182 @@
+// What Render draws is bound to the caller's buffer: refused outlines and hostile settings leave it as it
+// was, far-reaching text is cut to it without changing a pixel on it, and nothing carries over from one
+// Render to the next.
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <vector>
+
+#include "api/process_handle.h"
+#include "render/render_process.h"
+#include "tests/support/lettrix_process.h"
+#include "tests/support/scene.h"
+#include "tools/text_outline/block_writer.h"
+
+namespace lx::test {
+namespace {
+
+constexpr uint32_t kPattern = 0xA55A3CC3;
+
+// A block of one contour through the given whole-pixel points.
+TextScene Block(const std::vector<std::pair<int32_t, int32_t>>& points) {
+  std::vector<text::detail::ContourPoint> contour;
+  for (const auto& p : points)
+    contour.push_back({p.first * 65536, p.second * 65536, text::detail::PointKind::kOn});
+  std::vector<uint8_t> bytes;
+  EXPECT_TRUE(text::detail::AppendContour(contour, &bytes));
+  return TextScene(bytes);
+}
+
+TEST(RenderBounds, RefusedOutlinesAndHostileSettingsLeaveTheBufferAsItWas) {
+  const TextScene text("Refused", 32, 4, 40);
+  std::vector<uint8_t> overrun = text.bytes();
+  overrun[0] = overrun[1] = 0xFF;  // a contour whose length runs past the block
+  Process p;
+  p.outline(255, 0, 0, 0).thickness(2).shadow(255, 0, 0, 0).shadowOffset(3, 3).blur(1, 1, 1);
+  Image image(160, 60, kPattern);
+  // Without area, overrunning, all zeros: refused.
+  for (const TextScene& block :
+       {Block({{10, 20}, {60, 20}, {30, 20}}), TextScene(overrun), TextScene(std::vector<uint8_t>(64, 0))})
+    EXPECT_FALSE(p.render(block, image));
+  // A square 64000 pixels wide (a work image of 16 GB), zooms and offsets at the ends of their types.
+  Process plain, far;
+  EXPECT_TRUE(
+      plain.render(Block({{-32000, -32000}, {32000, -32000}, {32000, 32000}, {-32000, 32000}}), image));
+  far.face(0, 0, 0, 0).shadow(255, 0, 0, 0).shadowZoom(1.0e9, 1.0e-9);
+  EXPECT_TRUE(far.render(text, image));
+  far.shadowZoom(1.0, 1.0).shadowOffset(INT32_MAX, INT32_MIN);
+  EXPECT_TRUE(far.render(text, image));
+  far.translate(INT32_MAX, INT32_MAX).translate(INT32_MAX, INT32_MAX).shadowOffset(0, 0).face(255, 1, 2, 3);
+  EXPECT_TRUE(far.render(text, image));
+  EXPECT_EQ(image.countOther(kPattern), 0u);
+  EXPECT_TRUE(p.render(text, image));
+  EXPECT_GT(image.countOther(kPattern), 500u);
+}
+
+TEST(RenderBounds, HugeExtrusionDrawsWhatAnyLongOneDrawsOnTheBuffer) {
+  const TextScene text("Refused", 32, 4, 40);
+  auto draw = [&](int32_t dx, int32_t dy, uint8_t blur, int32_t translate = 0) {
+    Process p;
+    p.face(0, 0, 0, 0).shadow(255, 30, 30, 90).shadowOffset(dx, dy).extrude(1, 1).blur(0, 0, blur);
+    p.translate(translate, 0);
+    Image out(160, 60, kPattern);
+    EXPECT_TRUE(p.render(text, out));
+    return out;
+  };
+  const Image far = draw(-100000, 0, 0);
+  EXPECT_TRUE(far == draw(-1000, 0, 0));
+  EXPECT_TRUE(draw(-100000, 0, 2) == draw(-1000, 0, 2));
+  EXPECT_TRUE(draw(0, 70000, 0) == draw(0, 700, 0));
+  EXPECT_GT(far.countOther(kPattern), 2000u);
+  // Lying 50000 pixels off the buffer and crossing it on the way to its offset, it would take every step
+  // over an image that long: too large, not drawn.
+  EXPECT_EQ(draw(100000, 0, 0, -50000).countOther(kPattern), 0u);
+}
+
+std::vector<uint32_t> Stripes(int32_t width, int32_t height) {
+  std::vector<uint32_t> pixels(static_cast<size_t>(width) * height);
+  for (size_t i = 0; i < pixels.size(); ++i)
+    pixels[i] = ((i % width / 3 + i / width / 5) % 2) ? 0xFF2080E0u : 0xFFE0C040u;
+  return pixels;
+}
+
+// Effects that reach far past the text each their own way: blurs of every layer, emboss, border, zoom,
+// extrusion softened or blurred, textures placed by the text.
+void (*const kFarEffects[])(Process&) = {
+    [](Process& p) {
+      p.faceStart(255, 250, 220, 40).faceEnd(200, 250, 90, 20).faceGradient(1).emboss(2.0, 255, 200, 120);
+      p.outlineTexture(Stripes(17, 11), 17, 11, 2);
+      p.thickness(5).border3D(35, 3, -0.6);
+      p.shadow(160, 10, 0, 40).shadowOffset(9, 7).shadowZoom(1.1, 0.95).extrude(1, 1).blur(3, 2, 4);
+    },
+    [](Process& p) {
+      p.faceStart(255, 20, 200, 90).faceEnd(120, 200, 20, 90).faceGradient(2, 0.2, 0.9);
+      p.outlineTexture(Stripes(23, 9), 23, 9, 1);
+      p.thickness(3);
+      p.shadow(200, 0, 0, 0).shadowOffset(-12, 15).shadowZoom(1.3, 1.2).blur(5, 0, 9);
+    },
+    [](Process& p) {
+      p.faceTexture(Stripes(40, 30), 40, 30, 0);
+      p.outline(180, 30, 60, 200).thickness(2);
+      p.shadow(120, 50, 50, 50).shadowOffset(4, -6).blur(7, 6, 2);
+    },
+    [](Process& p) {
+      p.faceGradient(3, 0.7).faceStart(255, 255, 255, 0).faceEnd(255, 0, 128, 255).outline(255, 0, 0, 0);
+      p.thickness(1).shadow(140, 90, 0, 0).shadowOffset(-14, -11).extrude(1, 0);
+    },
+};
+
+// Text far larger than a 90 x 60 buffer: moved by (-x, -y), it must show exactly the window at (x, y)
+// of a buffer large enough for all of it. The ground varies so that every blend is checked.
+TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOne) {
+  const TextScene scene("Wgj", 420, 260, 400);
+  auto ground = [](int32_t w, int32_t h, int32_t x0, int32_t y0) {
+    Image image(w, h);
+    for (int32_t y = 0; y < h; ++y) {
+      for (int32_t x = 0; x < w; ++x)
+        image.set(x, y, uint32_t(x0 + x) * 2654435761u ^ uint32_t(y0 + y) * 40503u);
+    }
+    return image;
+  };
+  const int32_t l = scene.ink().left, r = scene.ink().right, t = scene.ink().top, b = scene.ink().bottom;
+  ASSERT_TRUE(l > 100 && r < 1400 && t > 40 && b < 520);
+  const int32_t mx = (l + r) / 2, my = (t + b) / 2;
+  // Windows (x, y) off every edge of the text, across it, inside a stem and wholly away from it.
+  const int32_t xs[] = {l - 60, r - 30, mx, mx, l - 40, r - 50, l + 20, mx - 45, l + 300, 10};
+  const int32_t ys[] = {my, my, t - 40, b - 20, t - 30, b - 30, t + 60, my - 30, t + 140, 10};
+  for (size_t e = 0; e < std::size(kFarEffects); ++e) {
+    Image large = ground(1500, 560, 0, 0);
+    Process whole;
+    kFarEffects[e](whole);
+    ASSERT_TRUE(whole.render(scene, large));
+    for (size_t w = 0; w < std::size(xs); ++w) {
+      const int32_t x = xs[w], y = ys[w];
+      Image small = ground(90, 60, x, y);
+      Process p;
+      kFarEffects[e](p);
+      ASSERT_TRUE(p.translate(-x, -y).render(scene, small));
+      size_t differing = 0;
+      for (int32_t j = 0; j < 60; ++j) {
+        for (int32_t i = 0; i < 90; ++i) differing += small.at(i, j) != large.at(x + i, y + j);
+      }
+      EXPECT_EQ(differing, 0u) << "effects " << e << ", window at " << x << ", " << y;
+    }
+  }
+}
+
+// A process keeps its work images from one Render to the next: each drawing must be what a fresh process
+// given the same settings draws, and a large work image must not be kept.
+TEST(RenderBounds, EachRenderMatchesAFreshProcessAndLargeWorkImagesAreNotKept) {
+  void (*const plain)(Process&) = [](Process& p) { p.blur(0, 0, 0).thickness(0).shadowVisible(0); };
+  void (*const blurred)(Process&) = [](Process& p) {
+    p.extrude(0).face(255, 30, 90, 200).outline(200, 0, 0, 0).thickness(2).shadowVisible(1).blur(6, 3, 9);
+  };
+  const struct {
+    const char* text;
+    int32_t size, width, height;
+    void (*set)(Process&);
+  } steps[] = {{"Big", 120, 420, 200, kFarEffects[0]}, {"s", 16, 40, 30, plain},
+               {"Hello", 48, 260, 90, blurred},        {"Wide line", 400, 3600, 560, kFarEffects[0]},
+               {"x", 24, 50, 40, kFarEffects[3]},      {"Hello", 48, 260, 90, plain},
+               {"Hello", 48, 260, 90, blurred}};
+  Process kept;
+  const RenderProcess* process = ProcessFromSlot(kept.slot());
+  ASSERT_NE(process, nullptr);
+  for (size_t i = 0; i < std::size(steps); ++i) {
+    SCOPED_TRACE(i);
+    const TextScene scene(steps[i].text, steps[i].size, 10, steps[i].size + 10);
+    Image again(steps[i].width, steps[i].height, 0x40102030u), once = again;
+    steps[i].set(kept);
+    ASSERT_TRUE(kept.render(scene, again));
+    for (const PixelBuffer& scratch : process->scratch)
+      EXPECT_LE(scratch.ownedBytes(), RenderProcess::kKeptScratchBytes);
+    Process fresh;
+    for (size_t k = 0; k <= i; ++k) steps[k].set(fresh);
+    ASSERT_TRUE(fresh.render(scene, once));
+    EXPECT_TRUE(again == once);
+  }
+  EXPECT_GT(process->scratch[0].ownedBytes(), 0u);
+}
+
+}  // namespace
+}  // namespace lx::test
