@@ -9,28 +9,21 @@
 namespace lx {
 namespace {
 
+// Values joined by spaces; rectangles as "left,top,right,bottom".
+template <typename... T>
+std::string Join(const T&... v) {
+  std::ostringstream out;
+  ((out << v << ' '), ...);
+  return out.str();
+}
 template <typename Rect>
 std::string Text(const Rect& b) {
   return std::to_string(b.left) + "," + std::to_string(b.top) + "," + std::to_string(b.right) + "," +
          std::to_string(b.bottom);
 }
 
-std::string Text(const WorkGeometry& g) {
-  return std::to_string(g.outline) + " " + std::to_string(g.wholeThickness) + " " +
-         std::to_string(g.halfThickness) + " " + std::to_string(g.reach) + " " + std::to_string(g.margin) +
-         " " + std::to_string(g.workWidth) + "x" + std::to_string(g.workHeight) + " " +
-         std::to_string(g.glyphOffsetX) + "," + std::to_string(g.glyphOffsetY);
-}
-
 // A work image 100 x 60 whose outline sits 7 right and 5 down of its corner.
-WorkGeometry Work() {
-  WorkGeometry g;
-  g.workWidth = 100;
-  g.workHeight = 60;
-  g.glyphOffsetX = 7;
-  g.glyphOffsetY = 5;
-  return g;
-}
+const WorkGeometry kWork{false, 0, 0, 0, 0, 100, 60, 7, 5};
 
 TEST(WorkBlurReach, FollowsWhichLayersAreBlurredAndTheStroke) {
   // outline, face, outline reach, shadow, thickness -> reach. Without an Outline its reach does not count;
@@ -53,16 +46,19 @@ TEST(MeasureWork, MarginsBordersAndOffsetsFollowStrokeAndBlur) {
     double stroke;
     uint8_t face, outline, shadow;
     const char* expected;
-  } cases[] = {{{10, 20, 110, 70}, 4.0, 5, 0, 20, "1 4 2 6 14 114x64 -3,-13"},
-               {{0, 0, 50, 40}, 2.0, 0, 3, 2, "1 2 1 6 12 62x52 6,6"},
-               {{0, 0, 10, 10}, 3.2, 0, 0, 0, "1 3 2 0 7 17x17 4,4"},
-               {{0, 0, 10, 10}, 1.0, 0, 0, 1, "1 1 0 2 7 17x17 3,3"},
-               {{0, 0, 10, 10}, 1.0, 0, 0, 2, "1 1 0 4 9 19x19 4,4"},
-               {{-5, -7, 5, 3}, 0.0, 0, 0, 0, "0 0 0 0 4 14x14 7,9"},
-               {{-5, -7, 5, 3}, -3.0, 0, 0, 0, "0 0 0 0 4 14x14 7,9"},
-               {{-5, -7, 5, 3}, NAN, 0, 0, 0, "0 0 0 0 4 14x14 7,9"}};
+  } cases[] = {{{10, 20, 110, 70}, 4.0, 5, 0, 20, "1 4 2 6 14 114 64 -3 -13 "},
+               {{0, 0, 50, 40}, 2.0, 0, 3, 2, "1 2 1 6 12 62 52 6 6 "},
+               {{0, 0, 10, 10}, 3.2, 0, 0, 0, "1 3 2 0 7 17 17 4 4 "},
+               {{0, 0, 10, 10}, 1.0, 0, 0, 1, "1 1 0 2 7 17 17 3 3 "},
+               {{0, 0, 10, 10}, 1.0, 0, 0, 2, "1 1 0 4 9 19 19 4 4 "},
+               {{-5, -7, 5, 3}, 0.0, 0, 0, 0, "0 0 0 0 4 14 14 7 9 "},
+               {{-5, -7, 5, 3}, -3.0, 0, 0, 0, "0 0 0 0 4 14 14 7 9 "},
+               {{-5, -7, 5, 3}, NAN, 0, 0, 0, "0 0 0 0 4 14 14 7 9 "}};
   for (const auto& c : cases) {
-    EXPECT_EQ(Text(MeasureWork(c.glyphs, c.stroke, c.face, c.outline, c.shadow)), c.expected);
+    const WorkGeometry g = MeasureWork(c.glyphs, c.stroke, c.face, c.outline, c.shadow);
+    EXPECT_EQ(Join(g.outline, g.wholeThickness, g.halfThickness, g.reach, g.margin, g.workWidth, g.workHeight,
+                   g.glyphOffsetX, g.glyphOffsetY),
+              c.expected);
   }
   const WorkGeometry g = MeasureWork({INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, 2000.0, 255, 255, 255);
   EXPECT_EQ(g.workWidth, int64_t{UINT32_MAX} + g.margin);
@@ -102,51 +98,41 @@ TEST(PlanShadow, PlacesScalesAndReachesAsTheZoomOffsetExtrusionAndBlurAsk) {
   // the offset; a size the zoom leaves as it was is drawn unscaled, one side changed scales both;
   // extruded by nothing: no stamps; softening reaches 9, a blur of level r 3r.
   const struct {
-    int32_t w, h, tx, ty, ox, oy;
-    double zx, zy;
-    bool extruded;
-    uint8_t blur;
+    int32_t w, h;
+    ShadowPlacement p;  // translation, offset, zoom, extruded, blur level
     const char* plan;
   } cases[] = {
-      {10, 10, 5, 7, 3, 4, 1.0, 1.0, false, 0, "1 6,9,20,23 0,0 0 1x1 00 0 2 0"},
-      {10, 10, 5, 7, 3, 4, 2.0, 1.0, false, 0, "1 -1,9,27,23 0,0 1 2x1 00 0 2 0"},
-      {10, 10, 5, 7, 3, 4, 1.0, 1.0, true, 0, "1 3,5,20,23 0,0 0 1x1 11 4 15 1"},
-      {10, 10, 5, 7, -3, 0, 1.0, 1.0, true, 0, "1 0,5,17,19 3,0 0 1x1 11 3 14 1"},
-      {96, 56, 0, 0, 0, 0, 1.0, 0.5, false, 0, "1 -2,13,98,43 0,0 1 1x0.5 00 0 2 0"},
-      {96, 56, 0, 0, 0, 0, 1.001, 1.001, false, 0, "1 -2,-2,98,58 0,0 0 1x1 00 0 2 0"},
-      {96, 56, 0, 0, 0, 0, 1.001, 1.5, false, 0, "1 -2,-17,98,73 0,0 1 1.001x1.5 00 0 2 0"},
-      {96, 56, 0, 0, 8, 3, 1.0, 1.0, false, 4, "1 2,-3,110,65 0,0 0 1x1 00 0 14 0"},
-      {96, 56, 0, 0, 0, 0, 1.0, 1.0, true, 0, "1 -2,-2,98,58 0,0 0 1x1 00 0 2 0"},
-      {96, 56, 0, 0, 8, -3, 1.0, 1.0, true, 0, "1 -2,-5,106,58 0,3 0 1x1 11 8 19 1"},
-      {96, 56, 0, 0, -2, -11, 1.0, 1.0, true, 0, "1 -4,-13,98,58 2,11 0 1x1 11 11 22 1"},
-      {96, 56, 0, 0, 5, 6, 1.0, 1.0, true, 3, "1 -5,-5,106,67 0,0 0 1x1 10 6 17 0"},
-      {96, 56, 0, 0, INT32_MIN, 0, 1.0, 1.0, true, 1, "1 -19,-3,99,59 16,0 0 1x1 10 2147483648 2147483653 0"},
-      {600, 90, 0, 0, 5, 0, 1.0, 1.0, true, 0, "1 -2,-2,607,92 0,0 0 1x1 11 5 16 1"},
-      {600, 90, 0, 0, 5, 0, 1.0, 1.0, true, 2, "1 -4,-4,609,94 0,0 0 1x1 10 5 13 0"},
-      {600, 90, 0, 0, 5, 0, 1.0, 1.0, false, 0, "1 3,-2,607,92 0,0 0 1x1 00 0 2 0"},
-      {2043, 2044, 0, 0, 1, 0, 1.0, 1.0, true, 0, "1 -2,-2,2046,2046 0,0 0 1x1 11 1 12 1"},
-      {2044, 2044, 0, 0, 1, 0, 1.0, 1.0, true, 0, "1 -2,-2,2047,2046 0,0 0 1x1 11 1 12 0"},
-      {957, 1020, 0, 0, 63, 0, 1.0, 1.0, true, 0, "1 -2,-2,1022,1022 0,0 0 1x1 11 63 74 1"},
-      {956, 1020, 0, 0, 64, 0, 1.0, 1.0, true, 0, "1 -2,-2,1022,1022 0,0 0 1x1 11 64 75 0"},
+      {10, 10, {5, 7, 3, 4, 1.0, 1.0, false, 0}, "1 6,9,20,23 0 0 0 1 1 0 0 0 2 0 "},
+      {10, 10, {5, 7, 3, 4, 2.0, 1.0, false, 0}, "1 -1,9,27,23 0 0 1 2 1 0 0 0 2 0 "},
+      {10, 10, {5, 7, 3, 4, 1.0, 1.0, true, 0}, "1 3,5,20,23 0 0 0 1 1 1 1 4 15 1 "},
+      {10, 10, {5, 7, -3, 0, 1.0, 1.0, true, 0}, "1 0,5,17,19 3 0 0 1 1 1 1 3 14 1 "},
+      {96, 56, {0, 0, 0, 0, 1.0, 0.5, false, 0}, "1 -2,13,98,43 0 0 1 1 0.5 0 0 0 2 0 "},
+      {96, 56, {0, 0, 0, 0, 1.001, 1.001, false, 0}, "1 -2,-2,98,58 0 0 0 1 1 0 0 0 2 0 "},
+      {96, 56, {0, 0, 0, 0, 1.001, 1.5, false, 0}, "1 -2,-17,98,73 0 0 1 1.001 1.5 0 0 0 2 0 "},
+      {96, 56, {0, 0, 8, 3, 1.0, 1.0, false, 4}, "1 2,-3,110,65 0 0 0 1 1 0 0 0 14 0 "},
+      {96, 56, {0, 0, 0, 0, 1.0, 1.0, true, 0}, "1 -2,-2,98,58 0 0 0 1 1 0 0 0 2 0 "},
+      {96, 56, {0, 0, 8, -3, 1.0, 1.0, true, 0}, "1 -2,-5,106,58 0 3 0 1 1 1 1 8 19 1 "},
+      {96, 56, {0, 0, -2, -11, 1.0, 1.0, true, 0}, "1 -4,-13,98,58 2 11 0 1 1 1 1 11 22 1 "},
+      {96, 56, {0, 0, 5, 6, 1.0, 1.0, true, 3}, "1 -5,-5,106,67 0 0 0 1 1 1 0 6 17 0 "},
+      {96,
+       56,
+       {0, 0, INT32_MIN, 0, 1.0, 1.0, true, 1},
+       "1 -19,-3,99,59 16 0 0 1 1 1 0 2147483648 2147483653 0 "},
+      {600, 90, {0, 0, 5, 0, 1.0, 1.0, true, 0}, "1 -2,-2,607,92 0 0 0 1 1 1 1 5 16 1 "},
+      {600, 90, {0, 0, 5, 0, 1.0, 1.0, true, 2}, "1 -4,-4,609,94 0 0 0 1 1 1 0 5 13 0 "},
+      {600, 90, {0, 0, 5, 0, 1.0, 1.0, false, 0}, "1 3,-2,607,92 0 0 0 1 1 0 0 0 2 0 "},
+      {2043, 2044, {0, 0, 1, 0, 1.0, 1.0, true, 0}, "1 -2,-2,2046,2046 0 0 0 1 1 1 1 1 12 1 "},
+      {2044, 2044, {0, 0, 1, 0, 1.0, 1.0, true, 0}, "1 -2,-2,2047,2046 0 0 0 1 1 1 1 1 12 0 "},
+      {957, 1020, {0, 0, 63, 0, 1.0, 1.0, true, 0}, "1 -2,-2,1022,1022 0 0 0 1 1 1 1 63 74 1 "},
+      {956, 1020, {0, 0, 64, 0, 1.0, 1.0, true, 0}, "1 -2,-2,1022,1022 0 0 0 1 1 1 1 64 75 0 "},
   };
   for (const auto& c : cases) {
-    const WorkGeometry g = MeasureWork({0, 0, c.w, c.h}, 0.0, 0, 0, c.blur);
-    ShadowPlacement p;
-    p.translateX = c.tx;
-    p.translateY = c.ty;
-    p.offsetX = c.ox;
-    p.offsetY = c.oy;
-    p.zoomX = c.zx;
-    p.zoomY = c.zy;
-    p.extruded = c.extruded;
-    p.blurLevel = c.blur;
     ShadowPlan s;
-    const bool made = PlanShadow(g, p, 100, 100, &s);
-    std::ostringstream got;
-    got << made << " " << Text(s.image) << " " << s.shiftX << "," << s.shiftY << " " << s.zoomed << " "
-        << s.scaleX << "x" << s.scaleY << " " << s.stamped << s.softened << " " << s.stampReach << " "
-        << s.reach << " " << s.densestOverWhole;
-    EXPECT_EQ(got.str(), c.plan) << c.w << "x" << c.h << " offset " << c.ox << "," << c.oy;
+    const bool made = PlanShadow(MeasureWork({0, 0, c.w, c.h}, 0.0, 0, 0, c.p.blurLevel), c.p, 100, 100, &s);
+    EXPECT_EQ(Join(made, Text(s.image), s.shiftX, s.shiftY, s.zoomed, s.scaleX, s.scaleY, s.stamped,
+                   s.softened, s.stampReach, s.reach, s.densestOverWhole),
+              c.plan)
+        << c.w << "x" << c.h << " offset " << c.p.offsetX << "," << c.p.offsetY;
   }
 }
 
@@ -169,7 +155,7 @@ TEST(PlanMainPass, PlacesTheImageAndKeepsRoomForEveryEffect) {
                {{0, 0, true, true, 2, 1, 0}, "-7,-5,93,55", 6 + 14 + 2},
                {{INT64_C(3000000000), 0, false, false, 0, 0, 0}, "2999999993,-5,3000000093,55", 2}};
   for (const auto& c : cases) {
-    const MainPlan plan = PlanMainPass(Work(), c.effects);
+    const MainPlan plan = PlanMainPass(kWork, c.effects);
     EXPECT_EQ(Text(plan.image), c.image);
     EXPECT_EQ(plan.reach, c.reach) << c.image;
   }
