@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <string>
-#include <vector>
 
 #include "tests/support/contour_records.h"
 
@@ -12,29 +11,27 @@ namespace lx {
 namespace {
 
 using test::ContourRecords;
-using test::Fx;
-using test::FxPoint;
 using test::Pt;
 
-// The decoded path as "M x,y L x,y C x,y ..." with exact coordinates, then its rectangle.
-std::string Decode(const ContourRecords& r, bool flipY) {
-  OutlinePath path;
-  const IntRect box = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), flipY, &path);
+// The path as "M x,y L x,y C x,y ..." with exact coordinates, then the rectangle.
+std::string Decode(const ContourRecords& r, bool flipY = false, OutlinePath&& path = {}) {
+  const IntRect b = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), flipY, &path);
   std::string out;
   for (const PathVertex& v : path) {
     char text[80];
-    const char cmd = v.cmd == kPathMoveTo   ? 'M'
-                     : v.cmd == kPathLineTo ? 'L'
-                     : v.cmd == kPathCurve3 ? 'C'
-                                            : '?';
-    std::snprintf(text, sizeof text, "%c%.17g,%.17g ", cmd, v.x, v.y);
+    std::snprintf(text, sizeof text, "%c%.17g,%.17g ",
+                  "?MLC"[v.cmd == kPathMoveTo   ? 1
+                         : v.cmd == kPathLineTo ? 2
+                         : v.cmd == kPathCurve3 ? 3
+                                                : 0],
+                  v.x, v.y);
     out += text;
   }
-  return out + "| " + std::to_string(box.left) + "," + std::to_string(box.top) + "," +
-         std::to_string(box.right) + "," + std::to_string(box.bottom);
+  return out + "| " + std::to_string(b.left) + "," + std::to_string(b.top) + "," + std::to_string(b.right) +
+         "," + std::to_string(b.bottom);
 }
 
-ContourRecords From(FxPoint start) {
+ContourRecords From(test::FxPoint start) {
   ContourRecords r;
   r.begin(start);
   return r;
@@ -54,11 +51,7 @@ TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
   } cases[] = {
       {From({10 * 65536 + 0x8000, 10 * 65536 + 0x7FFF}).line({{10 * 65536 + 0x8000, 20 * 65536}}).end(),
        false, "M11,10 L10.5,20 L11,10 | 10,10,11,20"},
-      {From({Fx(-10.5), Fx(-2.75)}).line({Pt(5, 5)}).end(), false, "M-10,-3 L5,5 L-10,-3 | -10,-3,5,5"},
-      {From(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4.25), Pt(2, 4)}).end(), false,
-       "M1,1 L5,1 L5,4.25 L2,4 L1,1 | 1,1,5,5"},
-      {From(Pt(1, 1)).line({Pt(5, 1), Pt(5, 4), Pt(1, 1)}).end(), false, "M1,1 L5,1 L5,4 L1,1 | 1,1,5,4"},
-      {From(Pt(0, 0)).spline({Pt(4, 0.5), Pt(8, 8)}).end(), false, "M0,0 C4,0.5 C8,8 L0,0 | 0,0,8,8"},
+      {From(Pt(-10.5, -2.75)).line({Pt(5, 4.25)}).end(), false, "M-10,-3 L5,4.25 L-10,-3 | -10,-3,5,5"},
       {From(Pt(0, 0)).spline({Pt(2, 0), Pt(4, 2), Pt(4, 6), Pt(0, 8)}).end(), false,
        "M0,0 C2,0 C3,1 C4,2 C4,4 C4,6 C0,8 L0,0 | 0,0,4,8"},
       {From(Pt(0, 0)).spline({{1, 7}, {-4, 0}, Pt(3, 3)}).end(), false,
@@ -72,29 +65,19 @@ TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
        "M0,0 C1,5 C1.5,4 C2,3 C6,6 L0,0 | 0,0,6,6"},
       {From(Pt(0, 0)).record(3, {Pt(1, 5), Pt(2, 3), Pt(6, 6)}).record(1, {}).end(), false,
        "M0,0 C1,5 C1.5,4 C2,3 C6,6 L0,0 | 0,0,6,6"},
-      {From(Pt(1, 1)).line({Pt(0.25, 9.75), Pt(9.75, 0.25)}).spline({Pt(5, 5), Pt(3, 3)}).end(), false,
-       "M1,1 L0.25,9.75 L9.75,0.25 C5,5 C3,3 L1,1 | 0,0,10,10"},
-      {From(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.0625, -0.9375)}).end(), false,
-       "M-3,-3 L-0.5,-7.25 L-9.0625,-0.9375 L-3,-3 | -10,-8,0,0"},
-      {From(Pt(0, 0)).spline({Pt(5, -20.5), Pt(10, 0)}).end(), false,
-       "M0,0 C5,-20.5 C10,0 L0,0 | 0,-21,10,0"},
-      {From(Pt(0, 4)).line({Pt(10, 4), Pt(3, 4)}).end(), false, "M0,4 L10,4 L3,4 L0,4 | 0,4,10,4"},
+      {From(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.0625, 9.75)}).spline({Pt(5, -20.5), Pt(3, 3)}).end(),
+       false, "M-3,-3 L-0.5,-7.25 L-9.0625,9.75 C5,-20.5 C3,3 L-3,-3 | -10,-21,5,10"},
   };
   for (const auto& c : cases) EXPECT_EQ(Decode(c.records, c.flip), c.decoded);
 }
 
-TEST(OutlineDecoder, ContoursAppendToThePathWhichIsMeasuredWhole) {
+TEST(OutlineDecoder, ContoursAppendToThePathWhichIsMeasuredWholeAndMissingArgumentsGiveNothing) {
   ContourRecords r;
   test::AddSquare(&r, 0, 0, 10);
   test::AddSquare(&r, 20, 5, 10);
+  EXPECT_EQ(Decode(r, false, {{-50.0, -50.0, kPathMoveTo}}),
+            "M-50,-50 M0,0 L10,0 L10,10 L0,10 L0,0 M20,5 L30,5 L30,15 L20,15 L20,5 | -50,-50,30,15");
   OutlinePath path{{-50.0, -50.0, kPathMoveTo}};
-  const IntRect rect = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), false, &path);
-  ASSERT_EQ(path.size(), 1u + 5u + 5u);
-  EXPECT_EQ(path[6].x, 20);
-  EXPECT_EQ(path[6].cmd, kPathMoveTo);
-  EXPECT_EQ((std::vector<int32_t>{rect.left, rect.top, rect.right, rect.bottom}),
-            (std::vector<int32_t>{-50, -50, 30, 15}));
-  // Missing arguments give the empty rectangle and an empty path.
   EXPECT_EQ(DecodeOutlineBlock(nullptr, 40, false, &path).right, 0);
   EXPECT_TRUE(path.empty());
   EXPECT_EQ(DecodeOutlineBlock(r.bytes().data(), 0, false, &path).right, 0);
