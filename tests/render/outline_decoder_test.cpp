@@ -19,12 +19,7 @@ std::string Decode(const ContourRecords& r, bool flipY = false, OutlinePath&& pa
   std::string out;
   for (const PathVertex& v : path) {
     char text[80];
-    std::snprintf(text, sizeof text, "%c%.17g,%.17g ",
-                  "?MLC"[v.cmd == kPathMoveTo   ? 1
-                         : v.cmd == kPathLineTo ? 2
-                         : v.cmd == kPathCurve3 ? 3
-                                                : 0],
-                  v.x, v.y);
+    std::snprintf(text, sizeof text, "%c%.17g,%.17g ", "SMLC?"[v.cmd < 4 ? v.cmd : 4], v.x, v.y);
     out += text;
   }
   return out + "| " + std::to_string(b.left) + "," + std::to_string(b.top) + "," + std::to_string(b.right) +
