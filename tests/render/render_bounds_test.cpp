@@ -8,24 +8,14 @@
 
 #include "api/process_handle.h"
 #include "render/render_process.h"
-#include "tests/support/lettrix_process.h"
+#include "tests/support/contour_records.h"
+#include "tests/support/crosscheck_scenes.h"
 #include "tests/support/scene.h"
-#include "tools/text_outline/block_writer.h"
 
 namespace lx::test {
 namespace {
 
 constexpr uint32_t kPattern = 0xA55A3CC3;
-
-// A block of one contour through the given whole-pixel points.
-TextScene Block(const std::vector<std::pair<int32_t, int32_t>>& points) {
-  std::vector<text::detail::ContourPoint> contour;
-  for (const auto& p : points)
-    contour.push_back({p.first * 65536, p.second * 65536, text::detail::PointKind::kOn});
-  std::vector<uint8_t> bytes;
-  EXPECT_TRUE(text::detail::AppendContour(contour, &bytes));
-  return TextScene(bytes);
-}
 
 TEST(RenderBounds, RefusedOutlinesAndHostileSettingsLeaveTheBufferAsItWas) {
   const TextScene text("Refused", 32, 4, 40);
@@ -35,17 +25,17 @@ TEST(RenderBounds, RefusedOutlinesAndHostileSettingsLeaveTheBufferAsItWas) {
   p.outline(255, 0, 0, 0).thickness(2).shadow(255, 0, 0, 0).shadowOffset(3, 3).blur(1, 1, 1);
   Image image(160, 60, kPattern);
   // Without area, overrunning, all zeros: refused.
-  for (const TextScene& block :
-       {Block({{10, 20}, {60, 20}, {30, 20}}), TextScene(overrun), TextScene(std::vector<uint8_t>(64, 0))})
-    EXPECT_FALSE(p.render(block, image));
+  EXPECT_FALSE(p.render(
+      TextScene(ContourRecords().begin(Pt(10, 20)).line({Pt(60, 20), Pt(30, 20)}).end().bytes()), image));
+  EXPECT_FALSE(p.render(TextScene(overrun), image));
+  EXPECT_FALSE(p.render(TextScene(std::vector<uint8_t>(64, 0)), image));
   // A square 64000 pixels wide (a work image of 16 GB), zooms and offsets at the ends of their types.
+  ContourRecords square;
+  AddSquare(&square, -32000, -32000, 64000);
   Process plain, far;
-  EXPECT_TRUE(
-      plain.render(Block({{-32000, -32000}, {32000, -32000}, {32000, 32000}, {-32000, 32000}}), image));
-  far.face(0, 0, 0, 0).shadow(255, 0, 0, 0).shadowZoom(1.0e9, 1.0e-9);
-  EXPECT_TRUE(far.render(text, image));
-  far.shadowZoom(1.0, 1.0).shadowOffset(INT32_MAX, INT32_MIN);
-  EXPECT_TRUE(far.render(text, image));
+  EXPECT_TRUE(plain.render(TextScene(square.bytes()), image));
+  EXPECT_TRUE(far.face(0, 0, 0, 0).shadow(255, 0, 0, 0).shadowZoom(1.0e9, 1.0e-9).render(text, image));
+  EXPECT_TRUE(far.shadowZoom(1.0, 1.0).shadowOffset(INT32_MAX, INT32_MIN).render(text, image));
   far.translate(INT32_MAX, INT32_MAX).translate(INT32_MAX, INT32_MAX).shadowOffset(0, 0).face(255, 1, 2, 3);
   EXPECT_TRUE(far.render(text, image));
   EXPECT_EQ(image.countOther(kPattern), 0u);
@@ -57,27 +47,18 @@ TEST(RenderBounds, HugeExtrusionDrawsWhatAnyLongOneDrawsOnTheBuffer) {
   const TextScene text("Refused", 32, 4, 40);
   auto draw = [&](int32_t dx, int32_t dy, uint8_t blur, int32_t translate = 0) {
     Process p;
-    p.face(0, 0, 0, 0).shadow(255, 30, 30, 90).shadowOffset(dx, dy).extrude(1, 1).blur(0, 0, blur);
-    p.translate(translate, 0);
     Image out(160, 60, kPattern);
-    EXPECT_TRUE(p.render(text, out));
+    p.face(0, 0, 0, 0).shadow(255, 30, 30, 90).shadowOffset(dx, dy).extrude(1, 1).blur(0, 0, blur);
+    EXPECT_TRUE(p.translate(translate, 0).render(text, out));
     return out;
   };
   const Image far = draw(-100000, 0, 0);
-  EXPECT_TRUE(far == draw(-1000, 0, 0));
-  EXPECT_TRUE(draw(-100000, 0, 2) == draw(-1000, 0, 2));
-  EXPECT_TRUE(draw(0, 70000, 0) == draw(0, 700, 0));
   EXPECT_GT(far.countOther(kPattern), 2000u);
+  EXPECT_TRUE(far == draw(-1000, 0, 0) && draw(-100000, 0, 2) == draw(-1000, 0, 2) &&
+              draw(0, 70000, 0) == draw(0, 700, 0));
   // Lying 50000 pixels off the buffer and crossing it on the way to its offset, it would take every step
   // over an image that long: too large, not drawn.
   EXPECT_EQ(draw(100000, 0, 0, -50000).countOther(kPattern), 0u);
-}
-
-std::vector<uint32_t> Stripes(int32_t width, int32_t height) {
-  std::vector<uint32_t> pixels(static_cast<size_t>(width) * height);
-  for (size_t i = 0; i < pixels.size(); ++i)
-    pixels[i] = ((i % width / 3 + i / width / 5) % 2) ? 0xFF2080E0u : 0xFFE0C040u;
-  return pixels;
 }
 
 // Effects that reach far past the text each their own way: blurs of every layer, emboss, border, zoom,
@@ -85,20 +66,14 @@ std::vector<uint32_t> Stripes(int32_t width, int32_t height) {
 void (*const kFarEffects[])(Process&) = {
     [](Process& p) {
       p.faceStart(255, 250, 220, 40).faceEnd(200, 250, 90, 20).faceGradient(1).emboss(2.0, 255, 200, 120);
-      p.outlineTexture(Stripes(17, 11), 17, 11, 2);
-      p.thickness(5).border3D(35, 3, -0.6);
-      p.shadow(160, 10, 0, 40).shadowOffset(9, 7).shadowZoom(1.1, 0.95).extrude(1, 1).blur(3, 2, 4);
+      p.outlineTexture(CrossTexture(), 8, 8, 2);
+      p.thickness(5).border3D(35, 3, -0.6).shadow(160, 10, 0, 40).shadowOffset(9, 7).shadowZoom(1.1, 0.95);
+      p.extrude(1, 1).blur(3, 2, 4);
     },
     [](Process& p) {
-      p.faceStart(255, 20, 200, 90).faceEnd(120, 200, 20, 90).faceGradient(2, 0.2, 0.9);
-      p.outlineTexture(Stripes(23, 9), 23, 9, 1);
-      p.thickness(3);
-      p.shadow(200, 0, 0, 0).shadowOffset(-12, 15).shadowZoom(1.3, 1.2).blur(5, 0, 9);
-    },
-    [](Process& p) {
-      p.faceTexture(Stripes(40, 30), 40, 30, 0);
-      p.outline(180, 30, 60, 200).thickness(2);
-      p.shadow(120, 50, 50, 50).shadowOffset(4, -6).blur(7, 6, 2);
+      p.faceTexture(CrossTexture(), 8, 8, 0);
+      p.outlineTexture(CrossTexture(), 8, 8, 1);
+      p.thickness(3).shadow(200, 0, 0, 0).shadowOffset(-12, 15).shadowZoom(1.3, 1.2).blur(5, 6, 9);
     },
     [](Process& p) {
       p.faceGradient(3, 0.7).faceStart(255, 255, 255, 0).faceEnd(255, 0, 128, 255).outline(255, 0, 0, 0);
@@ -107,7 +82,7 @@ void (*const kFarEffects[])(Process&) = {
 };
 
 // Text far larger than a 90 x 60 buffer: moved by (-x, -y), it must show exactly the window at (x, y)
-// of a buffer large enough for all of it. The ground varies so that every blend is checked.
+// of a buffer large enough for all of it, on a ground that varies so that every blend is checked.
 TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOne) {
   const TextScene scene("Wgj", 420, 260, 400);
   auto ground = [](int32_t w, int32_t h, int32_t x0, int32_t y0) {
@@ -121,7 +96,7 @@ TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOne) {
   const int32_t l = scene.ink().left, r = scene.ink().right, t = scene.ink().top, b = scene.ink().bottom;
   ASSERT_TRUE(l > 100 && r < 1400 && t > 40 && b < 520);
   const int32_t mx = (l + r) / 2, my = (t + b) / 2;
-  // Windows (x, y) off every edge of the text, across it, inside a stem and wholly away from it.
+  // Off every edge of the text, across it, inside a stem and wholly away from it.
   const int32_t xs[] = {l - 60, r - 30, mx, mx, l - 40, r - 50, l + 20, mx - 45, l + 300, 10};
   const int32_t ys[] = {my, my, t - 40, b - 20, t - 30, b - 30, t + 60, my - 30, t + 140, 10};
   for (size_t e = 0; e < std::size(kFarEffects); ++e) {
@@ -130,16 +105,15 @@ TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOne) {
     kFarEffects[e](whole);
     ASSERT_TRUE(whole.render(scene, large));
     for (size_t w = 0; w < std::size(xs); ++w) {
-      const int32_t x = xs[w], y = ys[w];
-      Image small = ground(90, 60, x, y);
+      Image small = ground(90, 60, xs[w], ys[w]);
       Process p;
       kFarEffects[e](p);
-      ASSERT_TRUE(p.translate(-x, -y).render(scene, small));
+      ASSERT_TRUE(p.translate(-xs[w], -ys[w]).render(scene, small));
       size_t differing = 0;
       for (int32_t j = 0; j < 60; ++j) {
-        for (int32_t i = 0; i < 90; ++i) differing += small.at(i, j) != large.at(x + i, y + j);
+        for (int32_t i = 0; i < 90; ++i) differing += small.at(i, j) != large.at(xs[w] + i, ys[w] + j);
       }
-      EXPECT_EQ(differing, 0u) << "effects " << e << ", window at " << x << ", " << y;
+      EXPECT_EQ(differing, 0u) << "effects " << e << ", window at " << xs[w] << ", " << ys[w];
     }
   }
 }
@@ -147,23 +121,18 @@ TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOne) {
 // A process keeps its work images from one Render to the next: each drawing must be what a fresh process
 // given the same settings draws, and a large work image must not be kept.
 TEST(RenderBounds, EachRenderMatchesAFreshProcessAndLargeWorkImagesAreNotKept) {
-  void (*const plain)(Process&) = [](Process& p) { p.blur(0, 0, 0).thickness(0).shadowVisible(0); };
-  void (*const blurred)(Process&) = [](Process& p) {
-    p.extrude(0).face(255, 30, 90, 200).outline(200, 0, 0, 0).thickness(2).shadowVisible(1).blur(6, 3, 9);
-  };
   const struct {
     const char* text;
     int32_t size, width, height;
     void (*set)(Process&);
-  } steps[] = {{"Big", 120, 420, 200, kFarEffects[0]}, {"s", 16, 40, 30, plain},
-               {"Hello", 48, 260, 90, blurred},        {"Wide line", 400, 3600, 560, kFarEffects[0]},
-               {"x", 24, 50, 40, kFarEffects[3]},      {"Hello", 48, 260, 90, plain},
-               {"Hello", 48, 260, 90, blurred}};
+  } steps[] = {{"Big", 120, 420, 200, kFarEffects[0]},
+               {"s", 16, 40, 30, [](Process& p) { p.blur(0, 0, 0).thickness(0).shadowVisible(0); }},
+               {"Wide line", 400, 3600, 560, kFarEffects[1]},
+               {"x", 24, 50, 40, kFarEffects[2]},
+               {"Hello", 48, 260, 90, [](Process& p) { p.extrude(0).shadowVisible(1).blur(6, 3, 9); }}};
   Process kept;
   const RenderProcess* process = ProcessFromSlot(kept.slot());
-  ASSERT_NE(process, nullptr);
   for (size_t i = 0; i < std::size(steps); ++i) {
-    SCOPED_TRACE(i);
     const TextScene scene(steps[i].text, steps[i].size, 10, steps[i].size + 10);
     Image again(steps[i].width, steps[i].height, 0x40102030u), once = again;
     steps[i].set(kept);
@@ -173,7 +142,7 @@ TEST(RenderBounds, EachRenderMatchesAFreshProcessAndLargeWorkImagesAreNotKept) {
     Process fresh;
     for (size_t k = 0; k <= i; ++k) steps[k].set(fresh);
     ASSERT_TRUE(fresh.render(scene, once));
-    EXPECT_TRUE(again == once);
+    EXPECT_TRUE(again == once) << steps[i].text;
   }
   EXPECT_GT(process->scratch[0].ownedBytes(), 0u);
 }
