@@ -43,24 +43,6 @@ TEST(RenderBounds, RefusedOutlinesAndHostileSettingsLeaveTheBufferAsItWas) {
   EXPECT_GT(image.countOther(kPattern), 500u);
 }
 
-TEST(RenderBounds, HugeExtrusionDrawsWhatAnyLongOneDrawsOnTheBuffer) {
-  const TextScene text("Refused", 32, 4, 40);
-  auto draw = [&](int32_t dx, int32_t dy, uint8_t blur, int32_t translate = 0) {
-    Process p;
-    Image out(160, 60, kPattern);
-    p.face(0, 0, 0, 0).shadow(255, 30, 30, 90).shadowOffset(dx, dy).extrude(1, 1).blur(0, 0, blur);
-    EXPECT_TRUE(p.translate(translate, 0).render(text, out));
-    return out;
-  };
-  const Image far = draw(-100000, 0, 0);
-  EXPECT_GT(far.countOther(kPattern), 2000u);
-  EXPECT_TRUE(far == draw(-1000, 0, 0) && draw(-100000, 0, 2) == draw(-1000, 0, 2) &&
-              draw(0, 70000, 0) == draw(0, 700, 0));
-  // Lying 50000 pixels off the buffer and crossing it on the way to its offset, it would take every step
-  // over an image that long: too large, not drawn.
-  EXPECT_EQ(draw(100000, 0, 0, -50000).countOther(kPattern), 0u);
-}
-
 // Effects that reach far past the text each their own way: blurs of every layer, emboss, border, zoom,
 // extrusion softened or blurred, textures placed by the text.
 void (*const kFarEffects[])(Process&) = {
