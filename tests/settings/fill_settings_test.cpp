@@ -2,11 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <new>
 #include <vector>
-
-#include "tests/support/guard_pages.h"
 
 namespace lx {
 namespace {
@@ -67,31 +63,6 @@ TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneAndKeepTheFirst2
   f.setStartColour(0, 0);
   EXPECT_FALSE(f.setGradientColours(nullptr, nullptr, &n));
   EXPECT_EQ(f.useGradientTable, 0);
-}
-
-TEST(FillSettings, TextureWithoutAPixelBlockKeepsItsSize) {
-  // A caller buffer just over what one global block may hold: readable and writable, but the copy
-  // cannot be allocated. The mapping is never touched, so it costs address space only.
-  const int32_t width = 32768, height = 16385;
-  const uint64_t bytes = uint64_t{width} * height * 4;
-  // 64-bit Windows gives such a block (the limit is that of 32-bit processes and of the stand-in).
-  if (platform::MemoryHandle probe =
-          platform::GlobalAlloc(platform::kGmemMoveable, static_cast<size_t>(bytes))) {
-    platform::GlobalFree(probe);
-    GTEST_SKIP() << "this system allocates a block of " << bytes << " bytes; the failure cannot be made";
-  }
-  std::unique_ptr<test::GuardedPages> pages;
-  try {
-    pages = std::make_unique<test::GuardedPages>(static_cast<size_t>(bytes / 4096 + 1));
-  } catch (const std::bad_alloc&) {
-    GTEST_SKIP() << "this address space cannot map a buffer of " << bytes << " bytes";
-  }
-  FillSettings f;
-  ASSERT_TRUE(f.setTexture(pages->page(0), width, height));
-  EXPECT_EQ(f.texture->pixels, nullptr);
-  EXPECT_TRUE(platform::IsNoBlock(f.texture->handle));
-  EXPECT_EQ((std::vector<int32_t>{f.texture->width, f.texture->height}),
-            (std::vector<int32_t>{width, height}));
 }
 
 }  // namespace
