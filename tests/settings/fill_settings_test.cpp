@@ -9,19 +9,7 @@ namespace {
 
 using Colours = std::vector<uint32_t>;
 
-TEST(FillSettings, ColoursPackAlphaOnTopAndTakeTheStopTableOutOfForce) {
-  FillSettings f;
-  uint32_t one = 1;  // caller colours must be writable
-  ASSERT_TRUE(f.setGradientColours(&one, nullptr, size_t{1}));
-  f.setEndColour(0xFF0A0B0Cu, 0x00);  // bits above the colour bytes are ignored
-  EXPECT_EQ((Colours{f.endColour, f.useGradientTable}), (Colours{0x000A0B0Cu, 0}));
-  ASSERT_TRUE(f.setGradientColours(&one, nullptr, size_t{1}));
-  f.setStartColour(0x123456u, 0x7F);
-  EXPECT_EQ((Colours{f.startColour, f.endColour, f.useGradientTable}),
-            (Colours{0x7F123456u, 0x000A0B0Cu, 0}));
-}
-
-TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneAndKeepTheFirst256) {
+TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneKeepTheFirst256AndColoursTakeThemOutOfForce) {
   const struct {
     Colours stops, kept, weights;  // no stops: none given
   } cases[] = {
@@ -29,8 +17,7 @@ TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneAndKeepTheFirst2
       {{0, 0, 0}, {0xA, 0xB, 0xC}, {1, 1, 1}},
       {{3, 9, 1}, {0xA, 0xB, 0xC}, {3, 9, 1}},
       {{}, {0xA, 0xB, 0xC}, {1, 1, 1}},
-      {{0x80000000u, 0x80000000u, 0}, {0xA, 0xB, 0xC}, {1, 1, 1}},  // the sum wraps to 0: no weights
-  };
+      {{0x80000000u, 0x80000000u, 0}, {0xA, 0xB, 0xC}, {1, 1, 1}}};  // the sum wraps to 0: no weights
   const uint32_t colours[] = {0xA, 0xB, 0xC};
   for (const auto& c : cases) {
     FillSettings f;
@@ -41,12 +28,11 @@ TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneAndKeepTheFirst2
   }
   // Of 300 entries the first 256 are kept, a dropped one not counting; through the byte count at most 255.
   FillSettings f;
-  Colours many(300), stops(300, 2), kept;
+  Colours many(300), stops(300, 2);
   for (uint32_t i = 0; i < 300; ++i) many[i] = i;
   stops[10] = 0;
-  for (uint32_t i = 0; kept.size() < 256; ++i) {
-    if (i != 10) kept.push_back(i);
-  }
+  Colours kept(many.begin(), many.begin() + 257);
+  kept.erase(kept.begin() + 10);
   EXPECT_TRUE(f.setGradientColours(many.data(), stops.data(), many.size()));
   EXPECT_EQ(f.gradientColours, kept);
   EXPECT_EQ(f.gradientStops, Colours(256, 2));
@@ -55,12 +41,16 @@ TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneAndKeepTheFirst2
   const uint8_t n = 255;
   EXPECT_TRUE(f.setGradientColours(many.data(), nullptr, &n));
   EXPECT_EQ(f.gradientColours, Colours(many.begin(), many.begin() + 255));
-  // A failed call (a count of 0, no count, no colours) empties the lists and leaves the flag as it was.
+  // A failed call (a count of 0, no count, no colours) empties the lists and leaves the flag as it was;
+  // either colour takes the table out of force.
   const uint8_t zero = 0;
   EXPECT_FALSE(f.setGradientColours(many.data(), nullptr, &zero) ||
                f.setGradientColours(many.data(), nullptr, nullptr));
   EXPECT_TRUE(f.gradientColours.empty() && f.gradientStops.empty() && f.useGradientTable == 1);
-  f.setStartColour(0, 0);
+  f.setEndColour(0x0A0B0Cu, 0);
+  EXPECT_EQ(f.useGradientTable, 0);
+  ASSERT_TRUE(f.setGradientColours(many.data(), nullptr, &n));
+  f.setStartColour(0x0A0B0Cu, 0);
   EXPECT_FALSE(f.setGradientColours(nullptr, nullptr, &n));
   EXPECT_EQ(f.useGradientTable, 0);
 }
