@@ -27,10 +27,9 @@ std::vector<double> V(T... v) {
 class Interface : public ::testing::Test {
  protected:
   Interface() {
-    // Page 0 readable and writable, page 1 read-only, page 2 without access; holey_'s second is unmapped.
+    // Page 0 readable and writable, page 1 read-only, page 2 without access.
     pages_.protect(1, GuardedPages::Access::kRead);
     pages_.protect(2, GuardedPages::Access::kNone);
-    holey_.release(1);
   }
   ~Interface() override { DestroyRenderProcess(&slot_); }
   RenderProcess& process() { return *reinterpret_cast<RenderProcess*>(slot_); }
@@ -47,7 +46,7 @@ class Interface : public ::testing::Test {
   }
 
   RenderHandle slot_ = CreateRenderProcess();
-  GuardedPages pages_{3}, holey_{2};
+  GuardedPages pages_{3};
 };
 
 TEST_F(Interface, ValuesAreStoredWithinTheirRanges) {
@@ -130,8 +129,10 @@ TEST_F(Interface, TexturesAndColourTablesFromBadMemoryOrOfBadSizesAreRefused) {
   const uint8_t four = 4;
   // Four values running into a page without access, read-only, running from writable into read-only,
   // without any access, running into a hole in the mapping.
+  GuardedPages holey(2);
+  holey.release(1);
   uint32_t* const bad[] = {endingAt(2, 4, 1), endingAt(2, 4), endingAt(1, 4, 2), endingAt(3, 4),
-                           reinterpret_cast<uint32_t*>(holey_.page(1)) - 1};
+                           reinterpret_cast<uint32_t*>(holey.page(1)) - 1};
   for (uint32_t* b : bad) {
     ASSERT_TRUE(SetTextureFace(&slot_, good, &two, &two));
     ASSERT_TRUE(SetFaceGradientColors(&slot_, good, good, &four) &&

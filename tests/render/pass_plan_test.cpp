@@ -90,13 +90,11 @@ TEST(CutExtrudedShadow, KeepsWhatReachesTheBufferAndRefusesWhatStaysTooCostly) {
 }
 
 // The whole extruded image may be drawn for the smoothing's densest pixel up to 2^22 pixels and 2^26
-// pixel blends (its pixels times the stamps and the shape); a blurred or flat Shadow is not smoothed.
+// pixel blends (its pixels times the stamps and the shape). Zoom about the centre; a size the zoom leaves
+// as it was is drawn unscaled; softening reaches 9, a blur of level r 3r.
 TEST(PlanShadow, PlacesScalesAndReachesAsTheZoomOffsetExtrusionAndBlurAsk) {
-  // On a 100 x 100 buffer, an outline of w x h (its work image 4 larger each way) translated by (tx, ty).
-  // Result: made, image, shape's corner in it, zoomed, scale, stamped, softened, stamp reach, reach,
-  // densest pixel over the whole image. Zoom about the centre; extruded to the left, the shape sits in by
-  // the offset; a size the zoom leaves as it was is drawn unscaled, one side changed scales both;
-  // extruded by nothing: no stamps; softening reaches 9, a blur of level r 3r.
+  // On a 100 x 100 buffer, an outline of w x h: made, image, shape's corner in it, zoomed, scale,
+  // stamped, softened, stamp reach, reach, densest pixel over the whole image.
   const struct {
     int32_t w, h;
     ShadowPlacement p;  // translation, offset, zoom, extruded, blur level
