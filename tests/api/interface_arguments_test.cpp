@@ -148,8 +148,7 @@ TEST_F(Interface, TexturesAndColourTablesFromBadMemoryOrOfBadSizesAreRefused) {
   const int32_t sizes[][2] = {{2, 2},        {0, 2}, {2, 0}, {-1, 2}, {2, -3}, {0x7FFFFFFF, 0x7FFFFFFF},
                               {65536, 16384}};
   for (const auto& s : sizes)
-    EXPECT_FALSE(SetTextureFace(&slot_, s[0] == 2 && s[1] == 2 ? nullptr : good, &s[0], &s[1]))
-        << s[0] << " " << s[1];
+    EXPECT_FALSE(SetTextureFace(&slot_, s[0] == 2 && s[1] == 2 ? nullptr : good, &s[0], &s[1]));
   EXPECT_EQ(process().face.texture->width, 2);
   // Writable up to the last byte is enough.
   std::memset(endingAt(1, 4), 0, 16);

@@ -37,10 +37,8 @@ TEST(WorkBlurReach, FollowsWhichLayersAreBlurredAndTheStroke) {
                               {1, 0, 6, 4, 2, 6},   {1, 0, 2, 12, 8, 12},  {1, 10, 0, 40, 4, 6},
                               {1, 4, 0, 40, 4, 40}, {1, 4, 0, 0, 6, 0},    {1, 20, 6, 4, 8, 12},
                               {1, 14, 6, 4, 8, 6},  {1, 10, 2, 30, 4, 30}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(WorkBlurReach(c[0] != 0, c[1], c[2], c[3], c[4]), c[5])
-        << c[0] << " " << c[1] << " " << c[2] << " " << c[3] << " " << c[4];
-  }
+  for (const auto& c : cases)
+    EXPECT_EQ(WorkBlurReach(c[0] != 0, c[1], c[2], c[3], c[4]), c[5]) << "case " << &c - cases;
 }
 
 TEST(MeasureWork, MarginsBordersAndOffsetsFollowStrokeAndBlur) {
@@ -153,10 +151,8 @@ TEST(BorderDrawn, NeedsTheSwitchAStrokeAndShadingItCanMake) {
   const int cases[][5] = {{1, 1, 3, 1, 1},  {1, 5, 60, 60, 1}, {0, 5, 10, 3, 0},
                           {1, 0, 10, 3, 0}, {1, -1, 10, 3, 0}, {1, 5, 2, 3, 0},
                           {1, 5, 61, 3, 0}, {1, 5, 10, 0, 0},  {1, 5, 10, 61, 0}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(BorderDrawn(c[0] != 0, c[1], static_cast<uint8_t>(c[2]), static_cast<uint8_t>(c[3])), c[4] != 0)
-        << c[0] << " " << c[1] << " " << c[2] << " " << c[3];
-  }
+  for (const auto& c : cases)
+    EXPECT_EQ(BorderDrawn(c[0] != 0, c[1], uint8_t(c[2]), uint8_t(c[3])), c[4] != 0) << "case " << &c - cases;
 }
 
 // On an output of 200 x 100 pixels; the layout left from an earlier image must be replaced.
