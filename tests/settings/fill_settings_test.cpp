@@ -9,7 +9,7 @@ namespace {
 
 using Colours = std::vector<uint32_t>;
 
-TEST(FillSettings, ColourStopsDropZeroWeightsCountNoWeightsAsOneKeepTheFirst256AndColoursTakeThemOutOfForce) {
+TEST(FillSettings, ColourStopsKeepTheirWeightRulesAndCapAndColoursTakeThemOutOfForce) {
   const struct {
     Colours stops, kept, weights;  // no stops: none given
   } cases[] = {
