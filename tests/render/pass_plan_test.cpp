@@ -3,109 +3,83 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
 #include <string>
 
 namespace lx {
 namespace {
 
-std::string Text(const Box& b) {
+// Values joined by spaces; rectangles as "left,top,right,bottom".
+template <typename... T>
+std::string Join(const T&... v) {
+  std::ostringstream out;
+  ((out << v << ' '), ...);
+  return out.str();
+}
+template <typename Rect>
+std::string Text(const Rect& b) {
   return std::to_string(b.left) + "," + std::to_string(b.top) + "," + std::to_string(b.right) + "," +
          std::to_string(b.bottom);
 }
 
 std::string Text(const WorkGeometry& g) {
-  return "outline " + std::to_string(g.outline) + " whole " + std::to_string(g.wholeThickness) + " half " +
-         std::to_string(g.halfThickness) + " reach " + std::to_string(g.reach) + " margin " +
-         std::to_string(g.margin) + " size " + std::to_string(g.workWidth) + "x" +
-         std::to_string(g.workHeight) + " offset " + std::to_string(g.glyphOffsetX) + "," +
-         std::to_string(g.glyphOffsetY);
+  return Join(g.outline, g.wholeThickness, g.halfThickness, g.reach, g.margin, g.workWidth, g.workHeight,
+              g.glyphOffsetX, g.glyphOffsetY);
 }
 
+// A work image 100 x 60 whose outline sits 7 right and 5 down of its corner.
+const WorkGeometry kWork{false, 0, 0, 0, 0, 100, 60, 7, 5};
+
 TEST(WorkBlurReach, FollowsWhichLayersAreBlurredAndTheStroke) {
-  const struct {
-    bool outline;
-    int32_t face, outlineReach, shadow, thickness, expected;
-  } cases[] = {
-      {false, 0, 0, 0, 0, 0},
-      {false, 10, 30, 4, 0, 10},  // without an Outline its reach does not count
-      {false, 2, 30, 8, 0, 8},
-      {true, 0, 6, 4, 2, 6},
-      {true, 0, 2, 12, 8, 12},
-      // A blurred Face over an unblurred Outline: only what passes the stroke, the Shadow left out.
-      {true, 10, 0, 40, 4, 6},
-      {true, 4, 0, 40, 4, 40},
-      {true, 4, 0, 0, 6, 0},
-      // Over a blurred Outline.
-      {true, 20, 6, 4, 8, 12},
-      {true, 14, 6, 4, 8, 6},
-      {true, 10, 2, 30, 4, 30},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(WorkBlurReach(c.outline, c.face, c.outlineReach, c.shadow, c.thickness), c.expected)
-        << c.outline << " " << c.face << " " << c.outlineReach << " " << c.shadow << " " << c.thickness;
-  }
+  // outline, face, outline reach, shadow, thickness -> reach. Without an Outline its reach does not count;
+  // a blurred Face over an unblurred Outline passes only what reaches past the stroke.
+  const int32_t cases[][6] = {{0, 0, 0, 0, 0, 0},   {0, 10, 30, 4, 0, 10}, {0, 2, 30, 8, 0, 8},
+                              {1, 0, 6, 4, 2, 6},   {1, 0, 2, 12, 8, 12},  {1, 10, 0, 40, 4, 6},
+                              {1, 4, 0, 40, 4, 40}, {1, 4, 0, 0, 6, 0},    {1, 20, 6, 4, 8, 12},
+                              {1, 14, 6, 4, 8, 6},  {1, 10, 2, 30, 4, 30}};
+  for (const auto& c : cases)
+    EXPECT_EQ(WorkBlurReach(c[0] != 0, c[1], c[2], c[3], c[4]), c[5]) << "case " << &c - cases;
 }
 
 TEST(MeasureWork, MarginsBordersAndOffsetsFollowStrokeAndBlur) {
+  // Outline drawn, whole and half thickness, reach, margin, size, offset. A stroke 1 wide: half of
+  // ceil(1) truncates to 0; the border is half of reach + 4, rounded down.
   const struct {
     IntRect glyphs;
     double stroke;
     uint8_t face, outline, shadow;
     const char* expected;
-  } cases[] = {
-      {{10, 20, 110, 70},
-       4.0,
-       5,
-       0,
-       20,
-       "outline 1 whole 4 half 2 reach 6 margin 14 size 114x64 offset -3,-13"},
-      {{0, 0, 50, 40}, 2.0, 0, 3, 2, "outline 1 whole 2 half 1 reach 6 margin 12 size 62x52 offset 6,6"},
-      {{0, 0, 10, 10}, 3.2, 0, 0, 0, "outline 1 whole 3 half 2 reach 0 margin 7 size 17x17 offset 4,4"},
-      // A stroke 1 wide: half of ceil(1) truncates to 0; the border is half of reach + 4, rounded down.
-      {{0, 0, 10, 10}, 1.0, 0, 0, 1, "outline 1 whole 1 half 0 reach 2 margin 7 size 17x17 offset 3,3"},
-      {{0, 0, 10, 10}, 1.0, 0, 0, 2, "outline 1 whole 1 half 0 reach 4 margin 9 size 19x19 offset 4,4"},
-      {{-5, -7, 5, 3}, 0.0, 0, 0, 0, "outline 0 whole 0 half 0 reach 0 margin 4 size 14x14 offset 7,9"},
-      {{-5, -7, 5, 3}, -3.0, 0, 0, 0, "outline 0 whole 0 half 0 reach 0 margin 4 size 14x14 offset 7,9"},
-      {{-5, -7, 5, 3}, NAN, 0, 0, 0, "outline 0 whole 0 half 0 reach 0 margin 4 size 14x14 offset 7,9"},
-  };
-  for (const auto& c : cases) {
+  } cases[] = {{{10, 20, 110, 70}, 4.0, 5, 0, 20, "1 4 2 6 14 114 64 -3 -13 "},
+               {{0, 0, 50, 40}, 2.0, 0, 3, 2, "1 2 1 6 12 62 52 6 6 "},
+               {{0, 0, 10, 10}, 3.2, 0, 0, 0, "1 3 2 0 7 17 17 4 4 "},
+               {{0, 0, 10, 10}, 1.0, 0, 0, 1, "1 1 0 2 7 17 17 3 3 "},
+               {{0, 0, 10, 10}, 1.0, 0, 0, 2, "1 1 0 4 9 19 19 4 4 "},
+               {{-5, -7, 5, 3}, 0.0, 0, 0, 0, "0 0 0 0 4 14 14 7 9 "},
+               {{-5, -7, 5, 3}, -3.0, 0, 0, 0, "0 0 0 0 4 14 14 7 9 "},
+               {{-5, -7, 5, 3}, NAN, 0, 0, 0, "0 0 0 0 4 14 14 7 9 "}};
+  for (const auto& c : cases)
     EXPECT_EQ(Text(MeasureWork(c.glyphs, c.stroke, c.face, c.outline, c.shadow)), c.expected);
-  }
-  const WorkGeometry g = MeasureWork({INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, 2000.0, 255, 255, 255);
-  EXPECT_EQ(g.workWidth, int64_t{UINT32_MAX} + g.margin);
-  EXPECT_EQ(g.glyphOffsetX, int64_t{g.halfThickness} + (int64_t{1} << 31) + ((g.reach + 4) >> 1));
+  EXPECT_EQ(Text(MeasureWork({INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, 2000.0, 255, 255, 255)),
+            "1 2000 1000 510 2514 4294969809 4294969809 2147484905 2147484905 ");
 }
 
 TEST(CutExtrudedShadow, KeepsWhatReachesTheBufferAndRefusesWhatStaysTooCostly) {
+  // On a 200 x 100 buffer: cut to the buffer plus 16, plus 46 with blur 10; a huge shape stays too costly.
   const struct {
-    const char* what;
     Box shape, image;
     int64_t dx;
     uint8_t blurLevel;
     bool drawn;
     const char* cut;
   } cases[] = {
-      {"everyday offset: unchanged", {0, 0, 100, 100}, {0, 0, 105, 100}, 5, 0, true, "0,0,105,100"},
-      {"cut to the buffer plus 16",
-       {0, 0, 100, 100},
-       {-1000000, 0, 100, 100},
-       1000000,
-       0,
-       true,
-       "-16,0,100,100"},
-      {"blur 10: plus 46", {0, 0, 100, 100}, {-1000000, 0, 100, 100}, 1000000, 10, true, "-46,0,100,100"},
-      {"a huge shape stays too costly",
-       {0, 0, 100000, 100000},
-       {-100000, 0, 100000, 100000},
-       100000,
-       0,
-       false,
-       "-16,0,100000,100000"},
-  };
+      {{0, 0, 100, 100}, {0, 0, 105, 100}, 5, 0, true, "0,0,105,100"},
+      {{0, 0, 100, 100}, {-1000000, 0, 100, 100}, 1000000, 0, true, "-16,0,100,100"},
+      {{0, 0, 100, 100}, {-1000000, 0, 100, 100}, 1000000, 10, true, "-46,0,100,100"},
+      {{0, 0, 100000, 100000}, {-100000, 0, 100000, 100000}, 100000, 0, false, "-16,0,100000,100000"}};
   for (const auto& c : cases) {
     ExtrudedShadow e{c.image, c.shape, c.dx, 0};
-    EXPECT_EQ(CutExtrudedShadow(&e, 200, 100, c.blurLevel), c.drawn) << c.what;
-    EXPECT_EQ(Text(e.image), c.cut) << c.what;
+    EXPECT_EQ(CutExtrudedShadow(&e, 200, 100, c.blurLevel), c.drawn) << c.cut;
+    EXPECT_EQ(Text(e.image), c.cut);
   }
   // Only the steps that bring the shape over the image cost anything.
   EXPECT_EQ((ExtrudedShadow{{0, 0, 105, 100}, {0, 0, 100, 100}, 5, 0}.cost()), 5.0 * 105 * 100);
@@ -113,71 +87,100 @@ TEST(CutExtrudedShadow, KeepsWhatReachesTheBufferAndRefusesWhatStaysTooCostly) {
   EXPECT_EQ((ExtrudedShadow{{0, 0, 100, 105}, {0, 0, 100, 100}, 2, -1000000}.cost()), 205.0 * 105 * 100);
 }
 
-TEST(PlanShadow, ZoomsAboutTheCentreMovesByTheOffsetAndTakesInTheExtrusion) {
-  // A 10 x 10 outline without stroke or blur: a 14 x 14 work image with the outline 2 pixels in,
-  // translated to (5, 7).
-  const WorkGeometry g = MeasureWork({0, 0, 10, 10}, 0.0, 0, 0, 0);
+// The whole extruded image may be drawn for the smoothing's densest pixel up to 2^22 pixels and 2^26
+// pixel blends (its pixels times the stamps and the shape). Zoom about the centre; a size the zoom leaves
+// as it was is drawn unscaled; softening reaches 9, a blur of level r 3r.
+TEST(PlanShadow, PlacesScalesAndReachesAsTheZoomOffsetExtrusionAndBlurAsk) {
+  // On a 100 x 100 buffer, an outline of w x h: made, image, shape's corner in it, zoomed, scale,
+  // stamped, softened, stamp reach, reach, densest pixel over the whole image.
   const struct {
-    const char* what;
-    int32_t offsetX, offsetY;
-    double zoomX;
-    bool extruded;
-    const char* image;
-    int64_t shiftX;
-    bool zoomed;
+    int32_t w, h;
+    ShadowPlacement p;  // translation, offset, zoom, extruded, blur level
+    const char* plan;
   } cases[] = {
-      {"flat, moved by (3, 4)", 3, 4, 1.0, false, "6,9,20,23", 0, false},
-      {"twice as wide about the centre", 3, 4, 2.0, false, "-1,9,27,23", 0, true},
-      {"extruded towards the bottom right", 3, 4, 1.0, true, "3,5,20,23", 0, false},
-      {"extruded to the left: the shape sits 3 in", -3, 0, 1.0, true, "0,5,17,19", 3, false},
+      {10, 10, {5, 7, 3, 4, 1.0, 1.0, false, 0}, "1 6,9,20,23 0 0 0 1 1 0 0 0 2 0 "},
+      {10, 10, {5, 7, 3, 4, 2.0, 1.0, false, 0}, "1 -1,9,27,23 0 0 1 2 1 0 0 0 2 0 "},
+      {10, 10, {5, 7, 3, 4, 1.0, 1.0, true, 0}, "1 3,5,20,23 0 0 0 1 1 1 1 4 15 1 "},
+      {10, 10, {5, 7, -3, 0, 1.0, 1.0, true, 0}, "1 0,5,17,19 3 0 0 1 1 1 1 3 14 1 "},
+      {96, 56, {0, 0, 0, 0, 1.001, 1.001, false, 0}, "1 -2,-2,98,58 0 0 0 1 1 0 0 0 2 0 "},
+      {96, 56, {0, 0, 0, 0, 1.001, 1.5, false, 0}, "1 -2,-17,98,73 0 0 1 1.001 1.5 0 0 0 2 0 "},
+      {96, 56, {0, 0, 8, 3, 1.0, 1.0, false, 4}, "1 2,-3,110,65 0 0 0 1 1 0 0 0 14 0 "},
+      {96, 56, {0, 0, 0, 0, 1.0, 1.0, true, 0}, "1 -2,-2,98,58 0 0 0 1 1 0 0 0 2 0 "},
+      {96, 56, {0, 0, 8, -3, 1.0, 1.0, true, 0}, "1 -2,-5,106,58 0 3 0 1 1 1 1 8 19 1 "},
+      {96, 56, {0, 0, -2, -11, 1.0, 1.0, true, 0}, "1 -4,-13,98,58 2 11 0 1 1 1 1 11 22 1 "},
+      {96, 56, {0, 0, 5, 6, 1.0, 1.0, true, 3}, "1 -5,-5,106,67 0 0 0 1 1 1 0 6 17 0 "},
+      {96,
+       56,
+       {0, 0, INT32_MIN, 0, 1.0, 1.0, true, 1},
+       "1 -19,-3,99,59 16 0 0 1 1 1 0 2147483648 2147483653 0 "},
+      {2043, 2044, {0, 0, 1, 0, 1.0, 1.0, true, 0}, "1 -2,-2,2046,2046 0 0 0 1 1 1 1 1 12 1 "},
+      {2044, 2044, {0, 0, 1, 0, 1.0, 1.0, true, 0}, "1 -2,-2,2047,2046 0 0 0 1 1 1 1 1 12 0 "},
+      {957, 1020, {0, 0, 63, 0, 1.0, 1.0, true, 0}, "1 -2,-2,1022,1022 0 0 0 1 1 1 1 63 74 1 "},
+      {956, 1020, {0, 0, 64, 0, 1.0, 1.0, true, 0}, "1 -2,-2,1022,1022 0 0 0 1 1 1 1 64 75 0 "},
   };
   for (const auto& c : cases) {
-    ShadowPlacement p;
-    p.translateX = 5;
-    p.translateY = 7;
-    p.offsetX = c.offsetX;
-    p.offsetY = c.offsetY;
-    p.zoomX = c.zoomX;
-    p.extruded = c.extruded;
-    ShadowPlan plan;
-    ASSERT_TRUE(PlanShadow(g, p, 100, 100, &plan)) << c.what;
-    EXPECT_EQ(Text(plan.image), c.image) << c.what;
-    EXPECT_EQ(plan.shiftX, c.shiftX) << c.what;
-    EXPECT_EQ(plan.shiftY, 0) << c.what;
-    EXPECT_EQ(plan.zoomed, c.zoomed) << c.what;
+    ShadowPlan s;
+    const bool made = PlanShadow(MeasureWork({0, 0, c.w, c.h}, 0.0, 0, 0, c.p.blurLevel), c.p, 100, 100, &s);
+    EXPECT_EQ(Join(made, Text(s.image), s.shiftX, s.shiftY, s.zoomed, s.scaleX, s.scaleY, s.stamped,
+                   s.softened, s.stampReach, s.reach, s.densestOverWhole),
+              c.plan)
+        << c.w << "x" << c.h << " offset " << c.p.offsetX << "," << c.p.offsetY;
   }
 }
 
-// The whole extruded image may be drawn for the smoothing's densest pixel up to 2^22 pixels and 2^26
-// pixel blends (its pixels times the stamps and the shape); a blurred or flat Shadow is not smoothed.
-TEST(PlanShadow, MeasuresTheDensestPixelOverTheWholeImageOnlyWhileItIsCheap) {
-  const struct {
-    const char* what;
-    int64_t width, height;  // the outline's; its work image is 4 larger each way, plus the offset
-    int32_t offsetX;
-    bool extruded;
-    uint8_t blurLevel;
-    bool whole;
-  } cases[] = {
-      {"everyday text", 600, 90, 5, true, 0, true},
-      {"blurred instead of smoothed", 600, 90, 5, true, 2, false},
-      {"not extruded", 600, 90, 5, false, 0, false},
-      {"2048 x 2048: 2^22 pixels", 2043, 2044, 1, true, 0, true},
-      {"2049 x 2048", 2044, 2044, 1, true, 0, false},
-      {"1024 x 1024 and 63 stamps: 2^26 blends", 957, 1020, 63, true, 0, true},
-      {"1024 x 1024 and 64 stamps", 956, 1020, 64, true, 0, false},
-  };
+TEST(PlanMainPass, PlacesTheImageAndKeepsRoomForEveryEffect) {
+  EXPECT_EQ(Text(PlanMainPass(kWork, {40, -30, false, false, 0, 0, 0}).image), "33,-35,133,25");
+  EXPECT_EQ(Text(PlanMainPass(kWork, {INT64_C(3000000000), 0}).image), "2999999993,-5,3000000093,55");
+  // Embossed, border, its passes, Face and Outline blur level -> reach. The emboss reaches 4, a blur of
+  // level r 3r; the border blurs (6) and each of its passes reaches 7, passes counting only when the
+  // border is drawn; the larger of the two layers' reaches counts, not their sum.
+  const int cases[][6] = {
+      {0, 0, 0, 0, 0, 2},          {1, 0, 0, 0, 0, 4 + 2},       {0, 0, 0, 5, 0, 15 + 2},
+      {1, 0, 0, 5, 0, 4 + 15 + 2}, {0, 1, 3, 0, 0, 6 + 21 + 2},  {0, 1, 1, 0, 4, 6 + 7 + 12 + 2},
+      {0, 0, 60, 0, 0, 2},         {1, 0, 0, 10, 2, 4 + 30 + 2}, {1, 1, 2, 1, 0, 6 + 14 + 2}};
   for (const auto& c : cases) {
-    const WorkGeometry g = MeasureWork({0, 0, static_cast<int32_t>(c.width), static_cast<int32_t>(c.height)},
-                                       0.0, 0, 0, c.blurLevel);
-    ShadowPlacement p;
-    p.offsetX = c.offsetX;
-    p.extruded = c.extruded;
-    p.blurLevel = c.blurLevel;
-    ShadowPlan plan;
-    ASSERT_TRUE(PlanShadow(g, p, 100, 100, &plan)) << c.what;
-    EXPECT_EQ(plan.densestOverWhole, c.whole) << c.what << ": image " << Text(plan.image);
+    const MainPlan plan =
+        PlanMainPass(kWork, {0, 0, c[0] != 0, c[1] != 0, uint8_t(c[2]), uint8_t(c[3]), uint8_t(c[4])});
+    EXPECT_EQ(Text(plan.image), "-7,-5,93,55");
+    EXPECT_EQ(plan.reach, c[5]) << c[0] << c[1] << " " << c[2] << " " << c[3] << " " << c[4];
   }
+}
+
+TEST(BorderDrawn, NeedsTheSwitchAStrokeAndShadingItCanMake) {
+  // switch, half thickness, elevation, passes -> drawn
+  const int cases[][5] = {{1, 1, 3, 1, 1},  {1, 5, 60, 60, 1}, {0, 5, 10, 3, 0},
+                          {1, 0, 10, 3, 0}, {1, -1, 10, 3, 0}, {1, 5, 2, 3, 0},
+                          {1, 5, 61, 3, 0}, {1, 5, 10, 0, 0},  {1, 5, 10, 61, 0}};
+  for (const auto& c : cases)
+    EXPECT_EQ(BorderDrawn(c[0] != 0, c[1], uint8_t(c[2]), uint8_t(c[3])), c[4] != 0) << "case " << &c - cases;
+}
+
+// On an output of 200 x 100 pixels; the layout left from an earlier image must be replaced.
+TEST(PlanWorkImage, KeepsWhatCanReachTheOutput) {
+  // kept; layout in the kept part (empty when it is the kept part); the output seen from the layout,
+  // held within 32 bits.
+  const struct {
+    Box layout;
+    int64_t reach;
+    const char* expected;
+  } cases[] = {
+      {{10, 20, 110, 80}, 5, "10,20,110,80 0,0,0,0 -10,-20,190,80"},
+      {{-50, -40, 300, 150}, 5, "-5,-5,205,105 -45,-35,305,155 50,40,250,140"},
+      {{-50, -40, 300, 150}, -1, "-50,-40,300,150 0,0,0,0 50,40,250,140"},
+      {{-30, 10, 50, 20}, 0, "0,10,50,20 -30,0,50,10 30,-10,230,90"},
+      {{199, 99, 260, 160}, 2, "199,99,202,102 0,0,61,61 -199,-99,1,1"},
+      {{-INT64_C(2147483500), 0, 100, 10}, 0, "0,0,100,10 -2147483500,0,100,10 2147483500,0,2147483647,100"}};
+  WorkImagePlan plan;
+  for (const auto& c : cases) {
+    plan.layout = {1, 1, 2, 2};
+    ASSERT_TRUE(PlanWorkImage(c.layout, c.reach, 200, 100, &plan)) << c.expected;
+    EXPECT_EQ(Text(plan.kept) + " " + Text(plan.layout) + " " + Text(plan.callerBuffer), c.expected);
+  }
+  // Nothing is made off each edge of the output, for an empty layout, or past 32 bits.
+  for (const Box& layout : {Box{200, 0, 210, 10}, Box{0, 100, 10, 110}, Box{-10, 0, 0, 10},
+                            Box{0, -10, 10, 0}, Box{5, 5, 5, 50}, Box{-INT64_C(3000000000), 0, 100, 10},
+                            Box{0, -INT64_C(3000000000), 10, 10}, Box{10, 0, INT64_C(2147483648), 10}})
+    EXPECT_FALSE(PlanWorkImage(layout, 50, 200, 100, &plan)) << Text(layout);
 }
 
 }  // namespace
