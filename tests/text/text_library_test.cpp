@@ -1,0 +1,339 @@
+// The text library through its C interface, on the fonts tools/install-deps.sh installs: lines, shaping
+// and visual order with exact results, fallback fonts, refusals, and the outline block it writes.
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "lettrix/lettrix_text.h"
+#include "text/cubic_split.h"
+#include "text/outline_block_writer.h"
+#include "tools/text_outline/text_outline.h"
+
+namespace lx::text {
+namespace {
+
+constexpr const char* kSansBold = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf";
+constexpr const char* kSans = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+constexpr const char* kSerifOtf = "/usr/share/fonts/opentype/freefont/FreeSerif.otf";
+constexpr const char* kDevanagari = "/usr/share/fonts/truetype/lohit-devanagari/Lohit-Devanagari.ttf";
+const std::string kHebrew = "\xD7\x90\xD7\x91\xD7\x92";
+const std::string kArabic = "\xD8\xA8\xD9\x8A\xD8\xAA\xD9\x83";  // بيتك: every letter joins the next
+using Change = std::function<void(LettrixTextLayout&)>;
+
+// One layout of `text` in `font` at `size`, changed by `change`; its result is released with the object.
+struct Laid {
+  Laid(
+      const std::string& text, const char* font, double size, const Change& change = [](auto&) {}) {
+    LettrixTextLayout layout;
+    LettrixTextDefaults(&layout);
+    layout.font_file = font;
+    layout.pixel_size = size;
+    change(layout);
+    char text_message[512] = "";
+    ok = LettrixTextLayOut(text.data(), text.size(), &layout, &r, text_message, sizeof text_message) == 1;
+    message = text_message;
+  }
+  ~Laid() { LettrixTextRelease(&r); }
+  const LettrixTextGlyph& glyph(size_t i) const { return r.glyphs[i]; }
+  const LettrixTextLine& line(size_t i) const { return r.lines[i]; }
+  // Offset and length in the text of each line.
+  std::vector<size_t> spans() const {
+    std::vector<size_t> s;
+    for (size_t i = 0; i < r.line_count; ++i) s.insert(s.end(), {line(i).text_offset, line(i).text_length});
+    return s;
+  }
+  LettrixTextResult r{};
+  bool ok = false;
+  std::string message;
+};
+
+// The glyph index of a character in a font file, 0 when it has none.
+uint32_t GlyphOf(const char* font, uint32_t cp) {
+  FT_Library library;
+  FT_Face face;
+  uint32_t glyph = 0;
+  if (FT_Init_FreeType(&library) != 0) return 0;
+  if (FT_New_Face(library, font, 0, &face) == 0) glyph = FT_Get_Char_Index(face, cp), FT_Done_Face(face);
+  FT_Done_FreeType(library);
+  return glyph;
+}
+
+TEST(TextLines, AlignedLinesStartWhereTheirShareOfTheRoomSays) {
+  for (const auto& [align, share] :
+       {std::make_pair(LETTRIX_ALIGN_LEFT, 0.0), std::make_pair(LETTRIX_ALIGN_CENTRE, 0.5),
+        std::make_pair(LETTRIX_ALIGN_RIGHT, 1.0)}) {
+    Laid laid("Top\nA much wider middle\nEnd", kSansBold, 40, [&](auto& l) { l.align = align; });
+    ASSERT_TRUE(laid.ok);
+    EXPECT_EQ(laid.spans(), (std::vector<size_t>{0, 3, 4, 19, 24, 3}));
+    EXPECT_DOUBLE_EQ(laid.line(1).right - laid.line(1).left, laid.r.width);
+    for (size_t i = 0; i < 3; ++i) {
+      EXPECT_NEAR(laid.line(i).left, (laid.r.width - (laid.line(i).right - laid.line(i).left)) * share, 1e-9);
+    }
+    // Each line's first glyph starts where its line does, on its line's baseline.
+    for (size_t i = 0; i < laid.r.glyph_count; ++i) {
+      const LettrixTextGlyph& g = laid.glyph(i);
+      EXPECT_EQ(g.y, laid.line(g.line).baseline);
+      if (i == 0 || laid.glyph(i - 1).line != g.line) EXPECT_EQ(g.x, laid.line(g.line).left);
+    }
+  }
+}
+
+TEST(TextLines, SpacingScalesTheStepAndWidensEveryGap) {
+  Laid single("a\n\nb\r\nc", kSansBold, 40),
+      twice("a\n\nb\r\nc", kSansBold, 40, [](auto&l) { l.line_spacing = 2; });
+  ASSERT_TRUE(single.ok && twice.ok);
+  EXPECT_EQ(single.spans(), (std::vector<size_t>{0, 1, 2, 0, 3, 1, 6, 1}));  // the empty line keeps its place
+  const double step = single.line(1).baseline - single.line(0).baseline;
+  EXPECT_GT(step, 40.0);
+  EXPECT_NEAR(single.line(3).baseline - single.line(0).baseline, 3 * step, 1e-9);
+  EXPECT_EQ(twice.line(0).baseline, single.line(0).baseline);
+  EXPECT_NEAR(twice.line(1).baseline - twice.line(0).baseline, 2 * step, 1e-9);
+  Laid plain("abcd", kSansBold, 40), spaced("abcd", kSansBold, 40, [](auto&l) { l.letter_spacing = 10; });
+  EXPECT_NEAR(spaced.r.width - plain.r.width, 30.0, 1e-9);  // three gaps
+  for (size_t i = 0; i < 4; ++i) EXPECT_NEAR(spaced.glyph(i).x - plain.glyph(i).x, 10.0 * i, 1e-9);
+}
+
+TEST(TextLines, WrappingBreaksAtSpacesOrInsideAWordTooWide) {
+  const double three = Laid("one two three", kSansBold, 40).r.width;
+  // Just wide enough for three words, and just too narrow: the space at the break is not drawn.
+  for (const auto& [wrap, spans] : {std::make_pair(three + 0.5, std::vector<size_t>{0, 13, 14, 4}),
+                                    std::make_pair(three - 0.5, std::vector<size_t>{0, 7, 8, 10})}) {
+    Laid wrapped("one two three four", kSansBold, 40, [&](auto& l) { l.wrap_width = wrap; });
+    EXPECT_EQ(wrapped.spans(), spans) << wrap;
+    EXPECT_EQ(wrapped.r.glyph_count, 17u);
+    for (size_t i = 0; i < 2; ++i) EXPECT_LE(wrapped.line(i).right - wrapped.line(i).left, wrap);
+  }
+  Laid word("abcdefghijkl", kSansBold, 40, [](auto& l) { l.wrap_width = 100; });
+  ASSERT_GT(word.r.line_count, 2u);
+  size_t shown = 0;
+  for (size_t i = 0; i < word.r.line_count; shown += word.line(i++).text_length) {
+    EXPECT_EQ(word.line(i).text_offset, shown);
+    EXPECT_TRUE(word.line(i).text_length > 0 && word.line(i).right - word.line(i).left <= 100.0);
+  }
+  EXPECT_EQ(shown + word.r.glyph_count, 24u);
+  // A glyph wider than the width still gets its line.
+  Laid wide("WW", kSansBold, 200, [](auto& l) { l.wrap_width = 5; });
+  EXPECT_EQ(wide.r.line_count + wide.r.glyph_count, 4u);
+}
+
+TEST(TextShaping, KerningAndLigaturesFollowTheFeatureSwitch) {
+  struct Case {
+    const char *font, *text, *off;
+    size_t glyphs, glyphsOff;
+  };
+  for (const Case& c : {Case{kSans, "AV", "kern=0", 2, 2}, Case{kSans, "To", "kern=0", 2, 2},
+                        Case{kSerifOtf, "fi", "liga=0", 1, 2}, Case{kSerifOtf, "office", "liga=0", 4, 6}}) {
+    Laid on(c.text, c.font, 64), off(c.text, c.font, 64, [&](auto&l) { l.features = c.off; });
+    EXPECT_EQ(std::make_pair(on.r.glyph_count, off.r.glyph_count), std::make_pair(c.glyphs, c.glyphsOff));
+    if (c.glyphs == c.glyphsOff) EXPECT_LT(on.r.width, off.r.width - 1.0) << c.text;  // kerned
+  }
+  EXPECT_NE(Laid("fi", kSerifOtf, 64).glyph(0).glyph, GlyphOf(kSerifOtf, 'f'));
+}
+
+TEST(TextShaping, ArabicJoinsAndDevanagariReorders) {
+  Laid joined(kArabic, kSans, 64);
+  ASSERT_EQ(joined.r.glyph_count, 4u);
+  // Right to left: the first letter is drawn rightmost, and the clusters fall from left to right.
+  for (size_t i = 1; i < 4; ++i) {
+    EXPECT_TRUE(joined.glyph(i).x > joined.glyph(i - 1).x &&
+                joined.glyph(i).cluster < joined.glyph(i - 1).cluster);
+  }
+  // Contextual forms; kept apart by zero-width non-joiners, the letters keep their isolated forms.
+  EXPECT_NE(joined.glyph(3).glyph, GlyphOf(kSans, 0x0628));
+  EXPECT_NE(joined.glyph(0).glyph, GlyphOf(kSans, 0x0643));
+  Laid apart("\xD8\xA8\xE2\x80\x8C\xD9\x8A\xE2\x80\x8C\xD8\xAA\xE2\x80\x8C\xD9\x83", kSans, 64);
+  EXPECT_EQ(apart.glyph(apart.r.glyph_count - 1).glyph, GlyphOf(kSans, 0x0628));
+  EXPECT_GT(apart.r.width, joined.r.width);
+  // क + ि: the vowel sign follows in the text and precedes on paper.
+  Laid ki("\xE0\xA4\x95\xE0\xA4\xBF", kDevanagari, 64);
+  ASSERT_EQ(ki.r.glyph_count, 2u);
+  EXPECT_EQ(ki.glyph(1).glyph, GlyphOf(kDevanagari, 0x0915));
+  EXPECT_TRUE(ki.glyph(0).glyph != ki.glyph(1).glyph && ki.glyph(0).x < ki.glyph(1).x);
+}
+
+TEST(TextShaping, MixedDirectionsComeInVisualOrder) {
+  // "abc אבג def": the Hebrew word reversed inside the Latin line; with a right-to-left base the Latin
+  // words swap places too. Glyph clusters from left to right.
+  const std::tuple<int, std::string, std::vector<size_t>> cases[] = {
+      {LETTRIX_DIRECTION_AUTO, "abc " + kHebrew + " def", {0, 1, 2, 3, 8, 6, 4, 10, 11, 12, 13}},
+      {LETTRIX_DIRECTION_RTL, "abc " + kHebrew + " def", {11, 12, 13, 10, 8, 6, 4, 3, 0, 1, 2}},
+      {LETTRIX_DIRECTION_AUTO, kHebrew + " abc", {7, 8, 9, 6, 4, 2, 0}},
+      {LETTRIX_DIRECTION_LTR, kHebrew + " abc", {4, 2, 0, 6, 7, 8, 9}},
+  };
+  for (const auto& [direction, text, order] : cases) {
+    Laid laid(text, kSans, 32, [&](auto& l) { l.direction = direction; });
+    std::vector<size_t> clusters;
+    for (size_t i = 0; i < laid.r.glyph_count; ++i) {
+      clusters.push_back(laid.glyph(i).cluster);
+      if (i > 0) EXPECT_GT(laid.glyph(i).x, laid.glyph(i - 1).x);
+    }
+    EXPECT_EQ(clusters, order) << text << " direction " << direction;
+  }
+}
+
+TEST(TextShaping, MissingCharactersComeFromAFallbackFontOrAreABox) {
+  Laid laid("a\xE0\xA4\x95", kSansBold, 40);  // a, then क, which DejaVu lacks
+  ASSERT_EQ(laid.r.glyph_count + laid.r.font_count, 4u);
+  EXPECT_EQ(std::make_tuple(laid.glyph(0).font, laid.glyph(1).font, laid.r.missing_count),
+            std::make_tuple(0u, 1u, size_t{0}));
+  EXPECT_EQ(GlyphOf(laid.r.font_files[1], 0x0915), laid.glyph(1).glyph);
+  EXPECT_GT(laid.r.ink_right, int32_t(laid.glyph(1).x) + 10);
+  Laid alone("a\xE0\xA4\x95", kSansBold, 40, [](auto& l) { l.fallback = 0; });
+  EXPECT_EQ(std::make_pair(alone.r.font_count, alone.r.missing_count), std::make_pair(size_t{1}, size_t{1}));
+  // U+10FFFD, private use: no font has it, and its box is drawn within its own advance.
+  Laid box("\xF4\x8F\xBF\xBD", kSansBold, 40);
+  ASSERT_EQ(box.r.glyph_count, 1u);
+  EXPECT_EQ(std::make_tuple(box.glyph(0).missing, box.glyph(0).glyph, box.r.missing_count),
+            std::make_tuple(1, 0u, size_t{1}));
+  EXPECT_GT(box.glyph(0).advance, 10.0);
+  EXPECT_TRUE(box.r.ink_left >= 0 && box.r.ink_right <= box.glyph(0).advance + 1 &&
+              box.r.ink_right - box.r.ink_left > 10);
+  // Spaces alone make a line and no block; a family comes from fontconfig, and no font is the default.
+  Laid spaces("   ", kSansBold, 40);
+  EXPECT_TRUE(spaces.ok && !spaces.r.block && spaces.r.line_count == 1 && spaces.r.width > 10.0);
+  Laid serif("a", nullptr, 40, [](auto& l) { l.font_family = "DejaVu Serif"; });
+  EXPECT_NE(std::string(serif.r.font_files[0]).find("DejaVuSerif"), std::string::npos);
+  EXPECT_STREQ(Laid("a", nullptr, 40).r.font_files[0], kSansBold);
+}
+
+TEST(TextRefusals, GiveAMessageAndNoBlock) {
+  const Change none = [](auto&) {};
+  const std::tuple<std::string, Change, const char*> cases[] = {
+      {"ab\xC3(", none, "not valid UTF-8 (at byte 2)"},
+      {"\xC0\xAF", none, "not valid UTF-8 (at byte 0)"},       // overlong
+      {"a\xED\xA0\x80", none, "not valid UTF-8 (at byte 1)"},  // surrogate
+      {"abc\xE2\x82", none, "not valid UTF-8 (at byte 3)"},    // cut short
+      {"a", [](auto& l) { l.font_file = "/nonexistent/font.ttf"; },
+       "cannot open font file '/nonexistent/font.ttf'"},
+      {"a", [](auto& l) { l.font_file = "/etc/passwd"; }, "not a font FreeType can read"},
+      {"a", [](auto& l) { l.pixel_size = 0; }, "pixel size 0 is out of range (1..2048)"},
+      {"a", [](auto& l) { l.pixel_size = 2048.01; }, "out of range (1..2048)"},
+      {"a", [](auto& l) { l.pixel_size = NAN; }, "out of range (1..2048)"},
+      {"a", [](auto& l) { l.line_spacing = 0; }, "line spacing 0 is out of range"},
+      {"a", [](auto& l) { l.letter_spacing = 5000; }, "letter spacing"},
+      {"a", [](auto& l) { l.wrap_width = -3; }, "wrap width -3 is out of range"},
+      {"a", [](auto& l) { l.align = 3; }, "alignment 3"},
+      {"a", [](auto& l) { l.direction = -1; }, "direction -1"},
+      {"a", [](auto& l) { l.script = "Latin"; }, "not an ISO 15924 script tag"},
+      {"a", [](auto& l) { l.language = "en US"; }, "not a language tag"},
+      {"a", [](auto& l) { l.features = "liga=x"; }, "not an OpenType feature"},
+      {std::string(80, 'W'), [](auto& l) { l.pixel_size = 2048; }, "16.16 coordinate range"},
+      {std::string(40, 'i'), [](auto& l) { l.letter_spacing = 1000; }, "16.16 coordinate range"},
+      {std::string(40, '\n') + "a", [](auto& l) { l.pixel_size = 2000; }, "16.16 coordinate range"},
+  };
+  for (const auto& [text, change, message] : cases) {
+    Laid laid(text, kSansBold, 40, change);
+    EXPECT_NE(laid.message.find(message), std::string::npos) << laid.message;
+    EXPECT_TRUE(!laid.ok && !laid.r.block && !laid.r.glyphs && !laid.r.lines && !laid.r.font_files)
+        << message;
+  }
+  LettrixTextLayout layout;
+  LettrixTextDefaults(&layout);
+  LettrixTextResult result{};
+  char message[64] = "x", tiny[8];
+  EXPECT_EQ(LettrixTextLayOut(nullptr, 1, &layout, &result, message, sizeof message), 0);
+  EXPECT_STREQ(message, "no text or no layout given");
+  EXPECT_EQ(LettrixTextLayOut("a", 1, nullptr, &result, message, sizeof message), 0);
+  EXPECT_EQ(LettrixTextLayOut("a", 1, &layout, nullptr, message, sizeof message), 0);
+  EXPECT_STREQ(message, "no result given");
+  // A short message buffer gets as much of the message as fits.
+  EXPECT_EQ(LettrixTextLayOut(nullptr, 1, &layout, &result, tiny, sizeof tiny), 0);
+  EXPECT_STREQ(tiny, "no text");
+  LettrixTextRelease(&result);
+  LettrixTextRelease(nullptr);
+}
+
+TEST(TextBlocks, CubicPiecesStayWithinASixteenthOfAPixel) {
+  const Point cubics[][4] = {
+      {{0, 0}, {0, 100}, {100, 100}, {100, 0}},         // an arch
+      {{0, 0}, {300, 200}, {-200, 200}, {100, 0}},      // a loop
+      {{0, 0}, {10, 0}, {20, 0}, {30, 0}},              // a straight line: one piece
+      {{5, 5}, {2000, -900}, {-1500, 2500}, {40, 40}},  // a wild one, far beyond a glyph's size: many
+      {{0, 0}, {0.1, 0.2}, {0.2, 0.1}, {0.3, 0.3}},     // tiny
+  };
+  for (const auto& c : cubics) {
+    std::vector<QuadraticPiece> pieces;
+    SplitCubic(c[0], c[1], c[2], c[3], 1.0 / 16, &pieces);
+    ASSERT_TRUE(!pieces.empty() && pieces.size() <= 1024u);
+    EXPECT_TRUE(&c != &cubics[2] || pieces.size() == 1u);
+    EXPECT_TRUE(&c != &cubics[3] || pieces.size() > 20u);
+    EXPECT_EQ(std::make_pair(pieces.back().end.x, pieces.back().end.y), std::make_pair(c[3].x, c[3].y));
+    // Equal parameter steps: piece k covers t in [k/n, (k+1)/n]; compare point by point.
+    Point start = c[0];
+    double worst = 0;
+    for (size_t k = 0; k < pieces.size(); start = pieces[k++].end) {
+      for (double t = 0, u = 1; t <= 1; t += 1.0 / 32, u = 1 - t) {
+        const double T = (k + t) / pieces.size(), U = 1 - T;
+        auto at = [&](double Point::*a) {
+          return u * u * start.*a + 2 * u * t * pieces[k].control.*a + t * t * pieces[k].end.*a -
+                 (U * U * U * c[0].*a + 3 * U * U * T * c[1].*a + 3 * U * T * T * c[2].*a +
+                  T * T * T * c[3].*a);
+        };
+        worst = std::max(worst, std::hypot(at(&Point::x), at(&Point::y)));
+      }
+    }
+    EXPECT_LE(worst, 1.0 / 16) << c[1].x;
+  }
+}
+
+// One contour from `start`: a line to each end point, or a curve where a control point is given.
+OutlineBlockWriter Contour(Point start, const std::vector<std::pair<Point, Point>>& edges) {
+  OutlineBlockWriter writer;
+  writer.MoveTo(start);
+  for (const auto& [control, end] : edges)
+    std::isnan(control.x) ? writer.LineTo(end) : writer.QuadraticTo(control, end);
+  writer.EndContour();
+  return writer;
+}
+
+TEST(TextBlocks, ContoursBecomeLineAndCurveRecordsInRange) {
+  const Point line{NAN, 0};
+  const OutlineBlockWriter writer =
+      Contour({10.25, 20.75}, {{line, {30, 20.75}}, {line, {30, 30}}, {{30, 40}, {10.25, 40}}});
+  const std::vector<uint8_t>& b = writer.bytes();
+  const auto u32 = [&](size_t at) {
+    return uint32_t(b[at] | b[at + 1] << 8 | b[at + 2] << 16 | uint32_t(b[at + 3]) << 24);
+  };
+  // Header (size, type, start 10.25 and 20.75), one line record (type, count) for both lines, the curve's
+  // control and end.
+  ASSERT_EQ(b.size(), 16u + 4 + 16 + 4 + 16);
+  EXPECT_EQ(std::vector<uint32_t>(
+                {u32(0), u32(4), u32(8), u32(12), u32(16), u32(20), u32(32), u32(36), u32(48), u32(52)}),
+            std::vector<uint32_t>({56, 24, 0xA4000, 0x14C000, 1 | 2 << 16, 30 << 16, 30 << 16, 2 | 2 << 16,
+                                   0xA4000, 40 << 16}));
+  // The box has the start where the reader rounds it: 20.75 becomes 21, and 10.25 becomes 10.
+  EXPECT_EQ(std::vector<int>({writer.inkLeft(), writer.inkTop(), writer.inkRight(), writer.inkBottom()}),
+            std::vector<int>({10, 20, 30, 40}));
+  const OutlineBlockWriter high = Contour({5.75, 5.75}, {{line, {9, 9}}, {line, {9, 8}}});
+  EXPECT_EQ(std::make_pair(high.inkLeft(), high.inkTop()), std::make_pair(6, 6));
+  // The last edge ends where the reader puts the start, its rounded point: a line back to the start is
+  // left to the reader's closing edge; a curve ends on the rounded start itself.
+  const std::vector<uint8_t> lines =
+      Contour({1.75, 2.25}, {{line, {9, 2.25}}, {line, {9, 9}}, {line, {1.75, 2.25}}}).bytes();
+  EXPECT_EQ(std::make_pair(lines.size(), int(lines[18])), std::make_pair(size_t{16 + 4 + 16}, 2));
+  const std::vector<uint8_t> c = Contour({1.75, 2.25}, {{line, {9, 2.25}}, {{9, 9}, {1.75, 2.25}}}).bytes();
+  ASSERT_EQ(c.size(), 16u + 4 + 8 + 4 + 16);
+  EXPECT_EQ(std::vector<uint8_t>(c.end() - 8, c.end()), (std::vector<uint8_t>{0, 0, 2, 0, 0, 0, 2, 0}));
+  // Points beyond the 16.16 range spoil the block.
+  for (const Point far : {Point{32768, 0}, Point{0, -32769}, Point{NAN, 0}})
+    EXPECT_FALSE(Contour({0, 0}, {{line, far}, {line, {1, 1}}}).inRange()) << far.x << "," << far.y;
+  EXPECT_TRUE(Contour({-32768, 0}, {{line, {32767.99, 10}}, {line, {0, 10}}}).inRange());
+  // The library reports the box the renderer measures, for TrueType and CFF fonts at odd sizes.
+  for (const char* font : {kSerifOtf, kSans}) {
+    for (double size : {11.3, 40.0, 97.5}) {
+      Laid laid("Quiet\nwaves", font, size, [](auto& l) { l.letter_spacing = 0.37; });
+      const InkBox m = MeasureOutlineBlock(static_cast<const uint8_t*>(laid.r.block), laid.r.block_size);
+      EXPECT_EQ(std::vector<int32_t>({laid.r.ink_left, laid.r.ink_top, laid.r.ink_right, laid.r.ink_bottom}),
+                std::vector<int32_t>({m.left, m.top, m.right, m.bottom}))
+          << font << " " << size;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace lx::text
