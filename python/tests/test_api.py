@@ -1,9 +1,10 @@
-"""The rest of the package: files, Pillow, errors, the outline block, the low-level Process, help."""
+"""The rest of the package: files, Pillow, errors, the outline block, the low-level Process, threads, help."""
 
 import ast
 import inspect
 import pydoc
 import sys
+import threading
 from pathlib import Path
 
 import numpy as np
@@ -22,31 +23,26 @@ def test_render_save_and_pil_keep_straight_alpha_rgba(tmp_path):
     assert len(edge) > 100 and (edge[:, :3] == 255).all()
     lettrix.save(word, tmp_path / "word.png")
     assert np.array_equal(read_png(tmp_path / "word.png"), word)
-    image = lettrix.to_pil(word)
-    assert image.mode == "RGBA" and np.array_equal(np.array(image), word)
+    assert lettrix.to_pil(word).mode == "RGBA" and np.array_equal(np.array(lettrix.to_pil(word)), word)
 
 
 def test_failures_raise_their_kind_and_write_nothing(tmp_path):
     word = lettrix.render("W", size=20)
-    target = tmp_path / "kept.png"
-    target.write_bytes(b"old")
-    for bad, kind in ((word[..., :3].copy(), ValueError), (word.astype(np.float32), TypeError)):
-        with pytest.raises(kind):
-            lettrix.save(bad, target)
-    with pytest.raises(OSError):
-        lettrix.save(word, tmp_path / "no-such-folder" / "x.png")
-    broken = tmp_path / "broken.ttf"
-    broken.write_bytes(b"not a font at all")
-    assert target.read_bytes() == b"old"
-    assert sorted(p.name for p in tmp_path.iterdir()) == ["broken.ttf", "kept.png"]
-    for call, name in ((lambda: lettrix.render("x", font=tmp_path / "no-such.ttf"), "no-such.ttf"),
-                       (lambda: lettrix.render("x", font=broken), "broken.ttf"),
-                       (lambda: lettrix.outline_block("x", font=broken), "broken.ttf"),
-                       (lambda: lettrix.render("x", face_texture=tmp_path / "missing.png"), "missing.png")):
-        with pytest.raises(OSError, match=name):
+    (tmp_path / "kept.png").write_bytes(b"old")
+    (tmp_path / "broken.ttf").write_bytes(b"not a font at all")
+    calls = [(lambda: lettrix.save(word[..., :3].copy(), tmp_path / "kept.png"), ValueError, ""),
+             (lambda: lettrix.save(word.astype(np.float32), tmp_path / "kept.png"), TypeError, ""),
+             (lambda: lettrix.save(word, tmp_path / "no-such-folder" / "x.png"), OSError, ""),
+             (lambda: lettrix.render("x", font=tmp_path / "no-such.ttf"), OSError, "no-such.ttf"),
+             (lambda: lettrix.render("x", font=tmp_path / "broken.ttf"), OSError, "broken.ttf"),
+             (lambda: lettrix.outline_block("x", font=tmp_path / "broken.ttf"), OSError, "broken.ttf"),
+             (lambda: lettrix.render("x", face_texture=tmp_path / "missing.png"), OSError, "missing.png"),
+             (lambda: lettrix.render("   "), lettrix.LettrixError, "nothing to draw")]
+    for call, kind, message in calls:
+        with pytest.raises(kind, match=message):
             call()
-    with pytest.raises(lettrix.LettrixError, match="nothing to draw"):
-        lettrix.render("   ")
+    assert (tmp_path / "kept.png").read_bytes() == b"old"
+    assert sorted(p.name for p in tmp_path.iterdir()) == ["broken.ttf", "kept.png"]
     assert issubclass(lettrix.LettrixError, RuntimeError)
 
 
@@ -60,7 +56,7 @@ def test_texture_file_draws_as_the_program_does(tmp_path, run_program):
     assert np.array_equal(lettrix.render("Tx", **keywords), theirs)
 
 
-def test_outline_block_drawn_by_render_block_matches_render():
+def test_outline_block_drawn_by_render_block_and_by_a_process():
     block = lettrix.outline_block("Blocks", size=60)
     assert block.block and len(block.lines) == 1 and block.font_files and block.missing_count == 0
     assert [g.cluster for g in block.glyphs] == list(range(6))
@@ -70,10 +66,6 @@ def test_outline_block_drawn_by_render_block_matches_render():
         lettrix.render_block(block, size=40)
     with pytest.raises(lettrix.LettrixError):
         lettrix.render_block(b"\x00" * 40)
-
-
-def test_process_draws_a_block_into_a_callers_buffer():
-    block = lettrix.outline_block("Pq", size=50)
     _, _, right, bottom = block.ink
     buffer = np.zeros((bottom + 10, right + 10, 4), np.uint8)
     with lettrix.Process() as process:
@@ -92,6 +84,30 @@ def test_process_draws_a_block_into_a_callers_buffer():
     assert not process.render(block.block, buffer)
 
 
+def test_threads_draw_at_once_what_one_thread_draws_and_share_a_process_in_turns():
+    texts = ["Alpha", "Bravo", "Charlie", "Delta", "Echo", "Foxtrot", "Golf", "Hotel"]
+    settings = dict(size=72, outline_width=3, shadow_offset=(4, 5), shadow_blur=6, face_colors=("gold", "red"))
+    start, together = threading.Barrier(len(texts)), {}
+    block = lettrix.outline_block("Turns", size=48)
+    expected = np.zeros((block.ink[3] + 8, block.ink[2] + 8, 4), np.uint8)
+    buffers = [np.zeros_like(expected) for _ in texts]
+    with lettrix.Process() as process:
+        process.set_shadow_blur_level(3)
+        assert process.render(block.block, expected)
+        def draw(text):
+            start.wait()
+            together[text] = lettrix.render(text, **settings)
+
+        threads = [threading.Thread(target=draw, args=(t,)) for t in texts] + \
+            [threading.Thread(target=process.render, args=(block.block, b)) for b in buffers]
+        for t in threads:
+            t.start()
+        for t in threads:
+            t.join()
+    assert all(np.array_equal(lettrix.render(t, **settings), together[t]) for t in texts)
+    assert all(np.array_equal(b, expected) for b in buffers)
+
+
 def test_help_and_stub_name_every_keyword():
     text = pydoc.render_doc(lettrix.render, renderer=pydoc.plaintext)
     parameters = inspect.signature(lettrix.render).parameters
@@ -105,14 +121,6 @@ def test_help_and_stub_name_every_keyword():
         sys.path.pop(0)
     stub = Path(lettrix.__file__).with_name("__init__.pyi").read_text()
     assert stub == make_stub.stub_text(), "the package's __init__.pyi is older than the package"
-    tree = ast.parse(stub)
-    functions = {node.name: node for node in tree.body if isinstance(node, ast.FunctionDef)}
-    classes = {node.name: node for node in tree.body if isinstance(node, ast.ClassDef)}
-    assert set(lettrix.__all__) <= set(functions) | set(classes)
-    assert {a.arg for a in functions["render"].args.kwonlyargs} == set(_keywords.KEYWORDS) | {"preset"}
-    assert {a.arg for a in functions["render_block"].args.kwonlyargs} == \
-        {k.name for k in _keywords.drawing_keywords()} | {"preset"}
-    methods = {node.name for node in classes["Process"].body if isinstance(node, ast.FunctionDef)}
-    assert {name for name in dir(lettrix.Process) if not name.startswith("_")} <= methods
-    for name in lettrix.__all__:
-        assert inspect.getdoc(getattr(lettrix, name)), name
+    render = next(n for n in ast.parse(stub).body if isinstance(n, ast.FunctionDef) and n.name == "render")
+    assert {a.arg for a in render.args.kwonlyargs} == set(_keywords.KEYWORDS) | {"preset"}
+    assert all(inspect.getdoc(getattr(lettrix, name)) for name in lettrix.__all__)
