@@ -15,7 +15,7 @@ from lettrix import _keywords
 from conftest import read_png
 
 
-def test_render_save_and_pil_keep_straight_alpha_rgba(tmp_path):
+def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tmp_path, run_program):
     word = lettrix.render("Word", size=48)
     assert word.dtype == np.uint8 and word.shape[2] == 4 and word.flags.c_contiguous
     # The default Face is white: straight alpha keeps it white where it is partly covered, too.
@@ -24,59 +24,50 @@ def test_render_save_and_pil_keep_straight_alpha_rgba(tmp_path):
     lettrix.save(word, tmp_path / "word.png")
     assert np.array_equal(read_png(tmp_path / "word.png"), word)
     assert lettrix.to_pil(word).mode == "RGBA" and np.array_equal(np.array(lettrix.to_pil(word)), word)
-
-
-def test_failures_raise_their_kind_and_write_nothing(tmp_path):
-    word = lettrix.render("W", size=20)
-    (tmp_path / "kept.png").write_bytes(b"old")
-    (tmp_path / "broken.ttf").write_bytes(b"not a font at all")
-    calls = [(lambda: lettrix.save(word[..., :3].copy(), tmp_path / "kept.png"), ValueError, ""),
-             (lambda: lettrix.save(word.astype(np.float32), tmp_path / "kept.png"), TypeError, ""),
-             (lambda: lettrix.save(word, tmp_path / "no-such-folder" / "x.png"), OSError, ""),
-             (lambda: lettrix.render("x", font=tmp_path / "no-such.ttf"), OSError, "no-such.ttf"),
-             (lambda: lettrix.render("x", font=tmp_path / "broken.ttf"), OSError, "broken.ttf"),
-             (lambda: lettrix.outline_block("x", font=tmp_path / "broken.ttf"), OSError, "broken.ttf"),
-             (lambda: lettrix.render("x", face_texture=tmp_path / "missing.png"), OSError, "missing.png"),
-             (lambda: lettrix.render("   "), lettrix.LettrixError, "nothing to draw")]
-    for call, kind, message in calls:
-        with pytest.raises(kind, match=message):
-            call()
-    assert (tmp_path / "kept.png").read_bytes() == b"old"
-    assert sorted(p.name for p in tmp_path.iterdir()) == ["broken.ttf", "kept.png"]
-    assert issubclass(lettrix.LettrixError, RuntimeError)
-
-
-def test_texture_file_draws_as_the_program_does(tmp_path, run_program):
+    # A texture file is read as the program reads it.
     texture = np.zeros((8, 8, 4), np.uint8)
     texture[::2, :, 0] = texture[1::2, :, 2] = texture[..., 3] = 255
     lettrix.save(texture, tmp_path / "stripes.png")
     keywords = dict(size=64, face_texture=str(tmp_path / "stripes.png"))
-    code, theirs, stderr = run_program(_keywords.command_line(None, keywords), "Tx")
-    assert code == 0, stderr
-    assert np.array_equal(lettrix.render("Tx", **keywords), theirs)
+    assert np.array_equal(lettrix.render("Tx", **keywords), run_program(_keywords.command_line(None, keywords), "Tx")[1])
+    folder = tmp_path / "failures"
+    folder.mkdir()
+    (folder / "kept.png").write_bytes(b"old")
+    (folder / "broken.ttf").write_bytes(b"not a font at all")
+    for call, kind, message in [
+            (lambda: lettrix.save(word[..., :3].copy(), folder / "kept.png"), ValueError, ""),
+            (lambda: lettrix.save(word.astype(np.float32), folder / "kept.png"), TypeError, ""),
+            (lambda: lettrix.save(word, folder / "no-such-folder" / "x.png"), OSError, ""),
+            (lambda: lettrix.render("x", font=folder / "no-such.ttf"), OSError, "no-such.ttf"),
+            (lambda: lettrix.render("x", font=folder / "broken.ttf"), OSError, "broken.ttf"),
+            (lambda: lettrix.outline_block("x", font=folder / "broken.ttf"), OSError, "broken.ttf"),
+            (lambda: lettrix.render("x", face_texture=folder / "missing.png"), OSError, "missing.png"),
+            (lambda: lettrix.render("   "), lettrix.LettrixError, "nothing to draw")]:
+        with pytest.raises(kind, match=message):
+            call()
+    assert (folder / "kept.png").read_bytes() == b"old" and issubclass(lettrix.LettrixError, RuntimeError)
+    assert sorted(p.name for p in folder.iterdir()) == ["broken.ttf", "kept.png"]
 
 
 def test_outline_block_drawn_by_render_block_and_by_a_process():
     block = lettrix.outline_block("Blocks", size=60)
     assert block.block and len(block.lines) == 1 and block.font_files and block.missing_count == 0
     assert [g.cluster for g in block.glyphs] == list(range(6))
-    drawn = lettrix.render_block(block, outline_width=2, face_color="navy")
-    assert np.array_equal(drawn, lettrix.render("Blocks", size=60, outline_width=2, face_color="navy"))
+    assert np.array_equal(lettrix.render_block(block, outline_width=2, face_color="navy"),
+                          lettrix.render("Blocks", size=60, outline_width=2, face_color="navy"))
     with pytest.raises(TypeError, match="size"):
         lettrix.render_block(block, size=40)
     with pytest.raises(lettrix.LettrixError):
         lettrix.render_block(b"\x00" * 40)
-    _, _, right, bottom = block.ink
-    buffer = np.zeros((bottom + 10, right + 10, 4), np.uint8)
+    buffer = np.zeros((block.ink[3] + 10, block.ink[2] + 10, 4), np.uint8)
     with lettrix.Process() as process:
         process.set_color_face_start(255, 255, 0, 0)
         process.set_translation(5, 5)
-        assert process.render(block.block, buffer)
+        assert process.render(block.block, buffer) and not process.render(b"\x00" * 16, buffer)
         assert process.set_face_gradient_colors([0xFF0000FF, 0xFFFF0000], [1, 2])
         assert not process.set_face_user_gradient_area(0, 0, 0, 0)
         with pytest.raises(ValueError, match="colours"):
             process.set_face_gradient_colors([])
-        assert not process.render(b"\x00" * 16, buffer)
     # Blue, green, red, alpha in memory: a red Face has its red in the third byte.
     solid = buffer[buffer[..., 3] == 255]
     assert len(solid) > 0 and (solid[:, 2] == 255).all() and (solid[:, 0] == 0).all()
@@ -87,17 +78,17 @@ def test_outline_block_drawn_by_render_block_and_by_a_process():
 def test_threads_draw_at_once_what_one_thread_draws_and_share_a_process_in_turns():
     texts = ["Alpha", "Bravo", "Charlie", "Delta", "Echo", "Foxtrot", "Golf", "Hotel"]
     settings = dict(size=72, outline_width=3, shadow_offset=(4, 5), shadow_blur=6, face_colors=("gold", "red"))
-    start, together = threading.Barrier(len(texts)), {}
-    block = lettrix.outline_block("Turns", size=48)
+    start, together, block = threading.Barrier(len(texts)), {}, lettrix.outline_block("Turns", size=48)
     expected = np.zeros((block.ink[3] + 8, block.ink[2] + 8, 4), np.uint8)
     buffers = [np.zeros_like(expected) for _ in texts]
+
+    def draw(text):
+        start.wait()
+        together[text] = lettrix.render(text, **settings)
+
     with lettrix.Process() as process:
         process.set_shadow_blur_level(3)
         assert process.render(block.block, expected)
-        def draw(text):
-            start.wait()
-            together[text] = lettrix.render(text, **settings)
-
         threads = [threading.Thread(target=draw, args=(t,)) for t in texts] + \
             [threading.Thread(target=process.render, args=(block.block, b)) for b in buffers]
         for t in threads:
@@ -111,16 +102,13 @@ def test_threads_draw_at_once_what_one_thread_draws_and_share_a_process_in_turns
 def test_help_and_stub_name_every_keyword():
     text = pydoc.render_doc(lettrix.render, renderer=pydoc.plaintext)
     parameters = inspect.signature(lettrix.render).parameters
-    for keyword in _keywords.KEYWORDS.values():
-        assert keyword.name in parameters and keyword.describe() in text and keyword.help in text
+    assert all(k.name in parameters and k.describe() in text and k.help in text for k in _keywords.KEYWORDS.values())
     assert all(preset.name in text for preset in lettrix.presets())
+    assert all(inspect.getdoc(getattr(lettrix, name)) for name in lettrix.__all__)
     sys.path.insert(0, str(Path(__file__).resolve().parents[1]))
-    try:
-        import make_stub
-    finally:
-        sys.path.pop(0)
+    import make_stub
+    sys.path.pop(0)
     stub = Path(lettrix.__file__).with_name("__init__.pyi").read_text()
     assert stub == make_stub.stub_text(), "the package's __init__.pyi is older than the package"
     render = next(n for n in ast.parse(stub).body if isinstance(n, ast.FunctionDef) and n.name == "render")
     assert {a.arg for a in render.args.kwonlyargs} == set(_keywords.KEYWORDS) | {"preset"}
-    assert all(inspect.getdoc(getattr(lettrix, name)) for name in lettrix.__all__)

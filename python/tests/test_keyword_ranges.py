@@ -112,27 +112,24 @@ def test_outline_block_takes_the_ends_of_its_ranges_and_refuses_just_outside(nam
             lettrix.outline_block("Hx", **{name: value})
 
 
-# Process's setters with whole-number arguments: (method, a valid call, the position of a byte or 32-bit
-# argument, its name, its limits); the setters taking only reals, sequences, arrays or nothing are left out.
-BYTE, INT32 = (0, 255), (-(2**31), 2**31 - 1)
-PROCESS_ARGUMENTS = (
-    [(m, (0,), 0, a, BYTE) for m, a in (w.split(":") for w in (
-        "set_shadow_visible:on set_draw_shadow_only:on set_shadow_extruded:on set_extruded_shadow_color:value "
-        "set_face_blur_level:level set_outline_blur_level:level set_shadow_blur_level:level "
-        "set_face_gradient_fit_mode:mode set_outline_gradient_fit_mode:mode enable_face_embossed:on "
-        "enable_outline_3d_border:on").split())]
-    + [(m, (0,), 0, a, INT32) for m, a in (w.split(":") for w in (
-        "set_face_fill_type:type set_outline_fill_type:type set_face_texture_tiling:mode set_outline_texture_tiling:mode "
-        "set_outline_thickness:thickness set_gradient_face:type set_gradient_outline:type").split())]
-    + [(m, (0, 0, 0, 0), i, a, BYTE) for m in ("set_color_face_start", "set_color_face_end", "set_color_outline_start",
-                                                "set_color_outline_end", "set_shadow_color")
-       for i, a in enumerate(("alpha", "red", "green", "blue"))]
-    + [(m, (0, 0), i, a, INT32) for m, names in (("set_shadow_offset", "xy"), ("set_translation", ("dx", "dy")))
-       for i, a in enumerate(names)]
-    + [(m, (0, 0, 0, 0), i, a, INT32) for m in ("set_face_user_gradient_area", "set_outline_user_gradient_area")
-       for i, a in enumerate(("left", "top", "right", "bottom"))]
-    + [("set_face_texture_embossed", (0.5, 0, 0, 0), i, a, BYTE) for i, a in ((1, "a"), (2, "b"), (3, "c"))]
-    + [("set_outline_3d_border", (10, 5, 0.5), i, a, BYTE) for i, a in ((0, "width"), (1, "depth"))])
+# Process's setters with whole-number arguments, as "method(argument, ...)": each argument a byte (B), a
+# 32-bit integer (I) or another value (a real number) that a valid call gives as shown. Each byte and
+# integer is checked at both ends of its type and just outside.
+SETTERS = """set_shadow_visible(on:B) set_draw_shadow_only(on:B) set_shadow_extruded(on:B) set_extruded_shadow_color(value:B)
+set_face_blur_level(level:B) set_outline_blur_level(level:B) set_shadow_blur_level(level:B)
+set_face_gradient_fit_mode(mode:B) set_outline_gradient_fit_mode(mode:B) enable_face_embossed(on:B)
+enable_outline_3d_border(on:B) set_face_fill_type(type:I) set_outline_fill_type(type:I) set_face_texture_tiling(mode:I)
+set_outline_texture_tiling(mode:I) set_outline_thickness(thickness:I) set_gradient_face(type:I)
+set_gradient_outline(type:I) set_shadow_offset(x:I,y:I) set_translation(dx:I,dy:I)
+set_face_user_gradient_area(left:I,top:I,right:I,bottom:I) set_outline_user_gradient_area(left:I,top:I,right:I,bottom:I)
+set_face_texture_embossed(0.5,a:B,b:B,c:B) set_outline_3d_border(width:B,depth:B,0.5)""" + "".join(
+    f" {m}(alpha:B,red:B,green:B,blue:B)" for m in ("set_color_face_start", "set_color_face_end",
+                                                    "set_color_outline_start", "set_color_outline_end",
+                                                    "set_shadow_color"))
+LIMITS = {"B": (0, 255), "I": (-(2**31), 2**31 - 1)}
+PROCESS_ARGUMENTS = [(method, arguments, i, a.split(":")[0], LIMITS[a.split(":")[1]])
+                     for method, arguments in re.findall(r"(\w+)\(([^)]*)\)", SETTERS)
+                     for i, a in enumerate(arguments.split(",")) if ":" in a]
 
 
 def test_every_process_setter_with_whole_arguments_is_in_the_table():
@@ -145,9 +142,11 @@ def test_every_process_setter_with_whole_arguments_is_in_the_table():
                          ids=[f"{c[0]}.{c[3]}" for c in PROCESS_ARGUMENTS])
 def test_process_setters_take_their_argument_types_range(method, arguments, position, name, limits):
     low, high = limits
+    valid = [0.5 if a == "0.5" else 10 if a.startswith("width") else 5 if a.startswith("depth") else 0
+             for a in arguments.split(",")]
     with lettrix.Process() as process:
         for value in (low, high, low - 1, high + 1):
-            call = lambda: getattr(process, method)(*arguments[:position], value, *arguments[position + 1:])  # noqa: E731
+            call = lambda: getattr(process, method)(*valid[:position], value, *valid[position + 1:])  # noqa: E731
             if low <= value <= high:
                 call()
             else:
