@@ -28,14 +28,12 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
     int exitCode;
     std::string message;
   };
+  // Setting mistakes are the composition layer's and refused by it; these are the program's own.
   const Case cases[] = {
       {{"-o", out, "--bogus", "Hi"}, 2, "unknown option '--bogus'"},
       {{"-o", out, "--face-blur", "300", "Hi"}, 2, "--face-blur: 300 is out of range (0..254)"},
       {{"-o", out}, 2, "no text given"},
-      {{"-o", out, "--preset", "sparkle", "Hi"}, 2, "no preset named 'sparkle'"},
-      {{"-o", out, "--face-texture", "gen:plaid", "Hi"}, 2, "no generated texture named 'plaid'"},
       {{"-o", out, "--size"}, 2, "--size needs a value"},
-      {{"-o", out, "Hi", "--align", "middle"}, 2, "--align: 'middle' is not an alignment"},
       {{"-o", out, "--text-file", bad + ".txt", "Hi"}, 2, "given twice"},
       {{"Hi"}, 2, "no output file given"},
       {{"-o", dir.path("out.jpg"), "Hi"}, 2, "must end in .png or .tga"},
@@ -44,7 +42,6 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
       {{"-o", out, "--font", none + ".ttf", "Hi"},
        1,
        "cannot open font file '" + none + ".ttf': No such file"},
-      {{"-o", out, "--family", "Nonexistent Typeface Sans", "Hi"}, 1, "no installed font of family 'Nonex"},
       {{"-o", out, "--face-texture", none + ".png", "Hi"}, 1, "cannot open texture file '" + none + ".png'"},
       {{"-o", out, "--outline-block", none + ".block"}, 1, "cannot open outline block"},
       {{"-o", out, "--face-texture", bad + ".png", "Hi"}, 1, "cannot read PNG file '" + bad + ".png'"},
@@ -54,7 +51,6 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
       {{"-o", out, "--outline-block", bad + ".long"}, 1, "is not an outline block"},
       {{"-o", out, "--outline-block", bad + ".type"}, 1, "is not an outline block"},
       {{"-o", out, "--font", bad + ".ttf", "Hi"}, 1, bad + ".ttf"},
-      {{"-o", out, "   "}, 1, "nothing to draw"},
       {{"-o", out, "ab\xff\xfe"}, 1, "not valid UTF-8"},
   };
   for (const Case& c : cases) {

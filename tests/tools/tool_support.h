@@ -3,7 +3,6 @@
 
 #include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -15,16 +14,12 @@ namespace lxt::testing {
 // A fresh folder, removed with everything in it when the object goes.
 class TempDir {
  public:
-  TempDir() {
-    char pattern[] = "/tmp/lettrix-tools-XXXXXX";
-    if (!mkdtemp(pattern)) std::abort();
-    dir_ = pattern;
+  TempDir() : dir_(std::filesystem::temp_directory_path() / "lettrix-tools-XXXXXX") {
+    if (!mkdtemp(&dir_[0])) std::abort();
   }
   ~TempDir() { std::filesystem::remove_all(dir_); }
   std::string path(const std::string& name) const { return dir_ + "/" + name; }
-  size_t count() const {
-    return std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator());
-  }
+  size_t count() const { return std::distance(std::filesystem::directory_iterator(dir_), {}); }
 
  private:
   std::string dir_;
@@ -41,12 +36,12 @@ inline void WriteBytes(const std::string& path, const std::vector<uint8_t>& byte
 }
 
 struct RunResult {
-  int exitCode = -1;
+  int exitCode;
   std::string out, err;
 };
 
-// Runs the lettrix program with `args`; its standard input is the file `input` when not empty.
-inline RunResult RunLettrix(const std::vector<std::string>& args, const std::string& input = "") {
+// Runs the lettrix program with `args`; its standard input is the file `input`, or empty.
+inline RunResult RunLettrix(const std::vector<std::string>& args, const std::string& input = "/dev/null") {
   const auto quote = [](const std::string& s) {
     std::string q = "'";
     for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
@@ -55,9 +50,9 @@ inline RunResult RunLettrix(const std::vector<std::string>& args, const std::str
   TempDir capture;
   std::string command = quote(LETTRIX_CLI_PATH);
   for (const std::string& a : args) command += " " + quote(a);
-  command += " >" + capture.path("out") + " 2>" + capture.path("err") + " <" +
-             quote(input.empty() ? "/dev/null" : input);
-  const int status = std::system(command.c_str());
+  const int status = std::system((command + " >" + capture.path("out") + " 2>" + capture.path("err") + " <" +
+                                  quote(input.empty() ? "/dev/null" : input))
+                                     .c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(capture.path("out")),
           ReadText(capture.path("err"))};
 }
