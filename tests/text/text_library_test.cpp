@@ -1,10 +1,10 @@
 // The text library through its C interface, on the fonts tools/install-deps.sh installs: lines, shaping
 // and visual order with exact results, fallback fonts, refusals, and the outline block it writes.
-#include <ft2build.h>
-#include FT_FREETYPE_H
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -41,53 +41,47 @@ struct Laid {
   ~Laid() { LettrixTextRelease(&r); }
   const LettrixTextGlyph& glyph(size_t i) const { return r.glyphs[i]; }
   const LettrixTextLine& line(size_t i) const { return r.lines[i]; }
-  // Offset and length in the text of each line.
+  // Offset and length in the text of each line; the cluster of each glyph, left to right.
   std::vector<size_t> spans() const {
     std::vector<size_t> s;
     for (size_t i = 0; i < r.line_count; ++i) s.insert(s.end(), {line(i).text_offset, line(i).text_length});
     return s;
+  }
+  std::vector<size_t> clusters() const {
+    std::vector<size_t> c;
+    for (size_t i = 0; i < r.glyph_count; ++i) c.push_back(glyph(i).cluster);
+    EXPECT_TRUE(
+        std::is_sorted(r.glyphs, r.glyphs + r.glyph_count, [](auto& a, auto& b) { return a.x < b.x; }));
+    return c;
   }
   LettrixTextResult r{};
   bool ok = false;
   std::string message;
 };
 
-// The glyph index of a character in a font file, 0 when it has none.
-uint32_t GlyphOf(const char* font, uint32_t cp) {
-  FT_Library library;
-  FT_Face face;
-  uint32_t glyph = 0;
-  if (FT_Init_FreeType(&library) != 0) return 0;
-  if (FT_New_Face(library, font, 0, &face) == 0) glyph = FT_Get_Char_Index(face, cp), FT_Done_Face(face);
-  FT_Done_FreeType(library);
-  return glyph;
+// The glyph `text` shapes to on its own in `font`: a letter's isolated form.
+uint32_t GlyphOf(const char* font, const std::string& text) {
+  return Laid(text, font, 64).glyph(0).glyph;
 }
 
-TEST(TextLines, AlignedLinesStartWhereTheirShareOfTheRoomSays) {
+TEST(TextLines, AlignmentSpacingAndWrappingPlaceEachLineExactly) {
   for (const auto& [align, share] :
        {std::make_pair(LETTRIX_ALIGN_LEFT, 0.0), std::make_pair(LETTRIX_ALIGN_CENTRE, 0.5),
         std::make_pair(LETTRIX_ALIGN_RIGHT, 1.0)}) {
     Laid laid("Top\nA much wider middle\nEnd", kSansBold, 40, [&](auto& l) { l.align = align; });
-    ASSERT_TRUE(laid.ok);
     EXPECT_EQ(laid.spans(), (std::vector<size_t>{0, 3, 4, 19, 24, 3}));
     EXPECT_DOUBLE_EQ(laid.line(1).right - laid.line(1).left, laid.r.width);
     for (size_t i = 0; i < 3; ++i) {
       EXPECT_NEAR(laid.line(i).left, (laid.r.width - (laid.line(i).right - laid.line(i).left)) * share, 1e-9);
-    }
-    // Each line's first glyph starts where its line does, on its line's baseline.
-    for (size_t i = 0; i < laid.r.glyph_count; ++i) {
-      const LettrixTextGlyph& g = laid.glyph(i);
-      EXPECT_EQ(g.y, laid.line(g.line).baseline);
-      if (i == 0 || laid.glyph(i - 1).line != g.line) EXPECT_EQ(g.x, laid.line(g.line).left);
+      const LettrixTextGlyph& first =
+          laid.glyph(std::vector<size_t>{0, 3, 22}[i]);  // each line's first glyph
+      EXPECT_EQ(std::make_pair(first.x, first.y), std::make_pair(laid.line(i).left, laid.line(i).baseline));
     }
   }
-}
-
-TEST(TextLines, SpacingScalesTheStepAndWidensEveryGap) {
+  // An empty line keeps its place; the line spacing scales the step; letter spacing widens every gap.
   Laid single("a\n\nb\r\nc", kSansBold, 40),
       twice("a\n\nb\r\nc", kSansBold, 40, [](auto&l) { l.line_spacing = 2; });
-  ASSERT_TRUE(single.ok && twice.ok);
-  EXPECT_EQ(single.spans(), (std::vector<size_t>{0, 1, 2, 0, 3, 1, 6, 1}));  // the empty line keeps its place
+  EXPECT_EQ(single.spans(), (std::vector<size_t>{0, 1, 2, 0, 3, 1, 6, 1}));
   const double step = single.line(1).baseline - single.line(0).baseline;
   EXPECT_GT(step, 40.0);
   EXPECT_NEAR(single.line(3).baseline - single.line(0).baseline, 3 * step, 1e-9);
@@ -96,27 +90,20 @@ TEST(TextLines, SpacingScalesTheStepAndWidensEveryGap) {
   Laid plain("abcd", kSansBold, 40), spaced("abcd", kSansBold, 40, [](auto&l) { l.letter_spacing = 10; });
   EXPECT_NEAR(spaced.r.width - plain.r.width, 30.0, 1e-9);  // three gaps
   for (size_t i = 0; i < 4; ++i) EXPECT_NEAR(spaced.glyph(i).x - plain.glyph(i).x, 10.0 * i, 1e-9);
-}
-
-TEST(TextLines, WrappingBreaksAtSpacesOrInsideAWordTooWide) {
-  const double three = Laid("one two three", kSansBold, 40).r.width;
   // Just wide enough for three words, and just too narrow: the space at the break is not drawn.
+  const double three = Laid("one two three", kSansBold, 40).r.width;
   for (const auto& [wrap, spans] : {std::make_pair(three + 0.5, std::vector<size_t>{0, 13, 14, 4}),
                                     std::make_pair(three - 0.5, std::vector<size_t>{0, 7, 8, 10})}) {
     Laid wrapped("one two three four", kSansBold, 40, [&](auto& l) { l.wrap_width = wrap; });
     EXPECT_EQ(wrapped.spans(), spans) << wrap;
     EXPECT_EQ(wrapped.r.glyph_count, 17u);
-    for (size_t i = 0; i < 2; ++i) EXPECT_LE(wrapped.line(i).right - wrapped.line(i).left, wrap);
+    EXPECT_LE(
+        std::max(wrapped.line(0).right - wrapped.line(0).left, wrapped.line(1).right - wrapped.line(1).left),
+        wrap);
   }
-  Laid word("abcdefghijkl", kSansBold, 40, [](auto& l) { l.wrap_width = 100; });
-  ASSERT_GT(word.r.line_count, 2u);
-  size_t shown = 0;
-  for (size_t i = 0; i < word.r.line_count; shown += word.line(i++).text_length) {
-    EXPECT_EQ(word.line(i).text_offset, shown);
-    EXPECT_TRUE(word.line(i).text_length > 0 && word.line(i).right - word.line(i).left <= 100.0);
-  }
-  EXPECT_EQ(shown + word.r.glyph_count, 24u);
-  // A glyph wider than the width still gets its line.
+  // A word wider than the width is broken inside; a glyph wider than the width still gets its line.
+  EXPECT_EQ(Laid("abcdefghijkl", kSansBold, 40, [](auto& l) { l.wrap_width = 100; }).spans(),
+            (std::vector<size_t>{0, 3, 3, 3, 6, 4, 10, 2}));
   Laid wide("WW", kSansBold, 200, [](auto& l) { l.wrap_width = 5; });
   EXPECT_EQ(wide.r.line_count + wide.r.glyph_count, 4u);
 }
@@ -132,33 +119,25 @@ TEST(TextShaping, KerningAndLigaturesFollowTheFeatureSwitch) {
     EXPECT_EQ(std::make_pair(on.r.glyph_count, off.r.glyph_count), std::make_pair(c.glyphs, c.glyphsOff));
     if (c.glyphs == c.glyphsOff) EXPECT_LT(on.r.width, off.r.width - 1.0) << c.text;  // kerned
   }
-  EXPECT_NE(Laid("fi", kSerifOtf, 64).glyph(0).glyph, GlyphOf(kSerifOtf, 'f'));
+  EXPECT_NE(Laid("fi", kSerifOtf, 64).glyph(0).glyph, GlyphOf(kSerifOtf, "f"));
 }
 
-TEST(TextShaping, ArabicJoinsAndDevanagariReorders) {
-  Laid joined(kArabic, kSans, 64);
-  ASSERT_EQ(joined.r.glyph_count, 4u);
-  // Right to left: the first letter is drawn rightmost, and the clusters fall from left to right.
-  for (size_t i = 1; i < 4; ++i) {
-    EXPECT_TRUE(joined.glyph(i).x > joined.glyph(i - 1).x &&
-                joined.glyph(i).cluster < joined.glyph(i - 1).cluster);
-  }
-  // Contextual forms; kept apart by zero-width non-joiners, the letters keep their isolated forms.
-  EXPECT_NE(joined.glyph(3).glyph, GlyphOf(kSans, 0x0628));
-  EXPECT_NE(joined.glyph(0).glyph, GlyphOf(kSans, 0x0643));
-  Laid apart("\xD8\xA8\xE2\x80\x8C\xD9\x8A\xE2\x80\x8C\xD8\xAA\xE2\x80\x8C\xD9\x83", kSans, 64);
-  EXPECT_EQ(apart.glyph(apart.r.glyph_count - 1).glyph, GlyphOf(kSans, 0x0628));
+TEST(TextShaping, ScriptsJoinReorderAndMixDirectionsInVisualOrder) {
+  // Arabic runs right to left and joins: no letter keeps its isolated form unless non-joiners keep it apart.
+  Laid joined(kArabic, kSans, 64),
+      apart("\xD8\xA8\xE2\x80\x8C\xD9\x8A\xE2\x80\x8C\xD8\xAA\xE2\x80\x8C\xD9\x83", kSans, 64);
+  EXPECT_EQ(joined.clusters(), (std::vector<size_t>{6, 4, 2, 0}));
+  EXPECT_NE(joined.glyph(3).glyph, GlyphOf(kSans, "\xD8\xA8"));
+  EXPECT_NE(joined.glyph(0).glyph, GlyphOf(kSans, "\xD9\x83"));
+  EXPECT_EQ(apart.glyph(apart.r.glyph_count - 1).glyph, GlyphOf(kSans, "\xD8\xA8"));
   EXPECT_GT(apart.r.width, joined.r.width);
   // क + ि: the vowel sign follows in the text and precedes on paper.
   Laid ki("\xE0\xA4\x95\xE0\xA4\xBF", kDevanagari, 64);
-  ASSERT_EQ(ki.r.glyph_count, 2u);
-  EXPECT_EQ(ki.glyph(1).glyph, GlyphOf(kDevanagari, 0x0915));
-  EXPECT_TRUE(ki.glyph(0).glyph != ki.glyph(1).glyph && ki.glyph(0).x < ki.glyph(1).x);
-}
-
-TEST(TextShaping, MixedDirectionsComeInVisualOrder) {
+  EXPECT_EQ(ki.clusters(), (std::vector<size_t>{0, 0}));
+  EXPECT_TRUE(ki.glyph(1).glyph == GlyphOf(kDevanagari, "\xE0\xA4\x95") &&
+              ki.glyph(0).glyph != ki.glyph(1).glyph);
   // "abc אבג def": the Hebrew word reversed inside the Latin line; with a right-to-left base the Latin
-  // words swap places too. Glyph clusters from left to right.
+  // words swap places too.
   const std::tuple<int, std::string, std::vector<size_t>> cases[] = {
       {LETTRIX_DIRECTION_AUTO, "abc " + kHebrew + " def", {0, 1, 2, 3, 8, 6, 4, 10, 11, 12, 13}},
       {LETTRIX_DIRECTION_RTL, "abc " + kHebrew + " def", {11, 12, 13, 10, 8, 6, 4, 3, 0, 1, 2}},
@@ -166,13 +145,8 @@ TEST(TextShaping, MixedDirectionsComeInVisualOrder) {
       {LETTRIX_DIRECTION_LTR, kHebrew + " abc", {4, 2, 0, 6, 7, 8, 9}},
   };
   for (const auto& [direction, text, order] : cases) {
-    Laid laid(text, kSans, 32, [&](auto& l) { l.direction = direction; });
-    std::vector<size_t> clusters;
-    for (size_t i = 0; i < laid.r.glyph_count; ++i) {
-      clusters.push_back(laid.glyph(i).cluster);
-      if (i > 0) EXPECT_GT(laid.glyph(i).x, laid.glyph(i - 1).x);
-    }
-    EXPECT_EQ(clusters, order) << text << " direction " << direction;
+    EXPECT_EQ(Laid(text, kSans, 32, [&](auto& l) { l.direction = direction; }).clusters(), order)
+        << direction;
   }
 }
 
@@ -181,7 +155,7 @@ TEST(TextShaping, MissingCharactersComeFromAFallbackFontOrAreABox) {
   ASSERT_EQ(laid.r.glyph_count + laid.r.font_count, 4u);
   EXPECT_EQ(std::make_tuple(laid.glyph(0).font, laid.glyph(1).font, laid.r.missing_count),
             std::make_tuple(0u, 1u, size_t{0}));
-  EXPECT_EQ(GlyphOf(laid.r.font_files[1], 0x0915), laid.glyph(1).glyph);
+  EXPECT_EQ(GlyphOf(laid.r.font_files[1], "\xE0\xA4\x95"), laid.glyph(1).glyph);
   EXPECT_GT(laid.r.ink_right, int32_t(laid.glyph(1).x) + 10);
   Laid alone("a\xE0\xA4\x95", kSansBold, 40, [](auto& l) { l.fallback = 0; });
   EXPECT_EQ(std::make_pair(alone.r.font_count, alone.r.missing_count), std::make_pair(size_t{1}, size_t{1}));
@@ -201,27 +175,16 @@ TEST(TextShaping, MissingCharactersComeFromAFallbackFontOrAreABox) {
   EXPECT_STREQ(Laid("a", nullptr, 40).r.font_files[0], kSansBold);
 }
 
+// Each option's range at both ends is checked through the Python package's outline_block.
 TEST(TextRefusals, GiveAMessageAndNoBlock) {
   const Change none = [](auto&) {};
   const std::tuple<std::string, Change, const char*> cases[] = {
       {"ab\xC3(", none, "not valid UTF-8 (at byte 2)"},
-      {"\xC0\xAF", none, "not valid UTF-8 (at byte 0)"},       // overlong
       {"a\xED\xA0\x80", none, "not valid UTF-8 (at byte 1)"},  // surrogate
-      {"abc\xE2\x82", none, "not valid UTF-8 (at byte 3)"},    // cut short
       {"a", [](auto& l) { l.font_file = "/nonexistent/font.ttf"; },
        "cannot open font file '/nonexistent/font.ttf'"},
       {"a", [](auto& l) { l.font_file = "/etc/passwd"; }, "not a font FreeType can read"},
-      {"a", [](auto& l) { l.pixel_size = 0; }, "pixel size 0 is out of range (1..2048)"},
-      {"a", [](auto& l) { l.pixel_size = 2048.01; }, "out of range (1..2048)"},
       {"a", [](auto& l) { l.pixel_size = NAN; }, "out of range (1..2048)"},
-      {"a", [](auto& l) { l.line_spacing = 0; }, "line spacing 0 is out of range"},
-      {"a", [](auto& l) { l.letter_spacing = 5000; }, "letter spacing"},
-      {"a", [](auto& l) { l.wrap_width = -3; }, "wrap width -3 is out of range"},
-      {"a", [](auto& l) { l.align = 3; }, "alignment 3"},
-      {"a", [](auto& l) { l.direction = -1; }, "direction -1"},
-      {"a", [](auto& l) { l.script = "Latin"; }, "not an ISO 15924 script tag"},
-      {"a", [](auto& l) { l.language = "en US"; }, "not a language tag"},
-      {"a", [](auto& l) { l.features = "liga=x"; }, "not an OpenType feature"},
       {std::string(80, 'W'), [](auto& l) { l.pixel_size = 2048; }, "16.16 coordinate range"},
       {std::string(40, 'i'), [](auto& l) { l.letter_spacing = 1000; }, "16.16 coordinate range"},
       {std::string(40, '\n') + "a", [](auto& l) { l.pixel_size = 2000; }, "16.16 coordinate range"},
@@ -235,15 +198,15 @@ TEST(TextRefusals, GiveAMessageAndNoBlock) {
   LettrixTextLayout layout;
   LettrixTextDefaults(&layout);
   LettrixTextResult result{};
-  char message[64] = "x", tiny[8];
-  EXPECT_EQ(LettrixTextLayOut(nullptr, 1, &layout, &result, message, sizeof message), 0);
-  EXPECT_STREQ(message, "no text or no layout given");
-  EXPECT_EQ(LettrixTextLayOut("a", 1, nullptr, &result, message, sizeof message), 0);
-  EXPECT_EQ(LettrixTextLayOut("a", 1, &layout, nullptr, message, sizeof message), 0);
-  EXPECT_STREQ(message, "no result given");
+  char message[64] = "x", other[64] = "x", tiny[8];
+  EXPECT_EQ(LettrixTextLayOut(nullptr, 1, &layout, &result, message, sizeof message) +
+                LettrixTextLayOut("a", 1, nullptr, &result, message, sizeof message) +
+                LettrixTextLayOut("a", 1, &layout, nullptr, other, sizeof other) +
+                LettrixTextLayOut(nullptr, 1, &layout, &result, tiny, sizeof tiny),
+            0);
   // A short message buffer gets as much of the message as fits.
-  EXPECT_EQ(LettrixTextLayOut(nullptr, 1, &layout, &result, tiny, sizeof tiny), 0);
-  EXPECT_STREQ(tiny, "no text");
+  EXPECT_EQ(std::string(message) + "/" + other + "/" + tiny,
+            "no text or no layout given/no result given/no text");
   LettrixTextRelease(&result);
   LettrixTextRelease(nullptr);
 }
@@ -291,34 +254,31 @@ OutlineBlockWriter Contour(Point start, const std::vector<std::pair<Point, Point
   return writer;
 }
 
-TEST(TextBlocks, ContoursBecomeLineAndCurveRecordsInRange) {
+TEST(TextBlocks, ContoursBecomeRecordsInRangeWithTheBoxTheRendererMeasures) {
   const Point line{NAN, 0};
-  const OutlineBlockWriter writer =
-      Contour({10.25, 20.75}, {{line, {30, 20.75}}, {line, {30, 30}}, {{30, 40}, {10.25, 40}}});
-  const std::vector<uint8_t>& b = writer.bytes();
-  const auto u32 = [&](size_t at) {
-    return uint32_t(b[at] | b[at + 1] << 8 | b[at + 2] << 16 | uint32_t(b[at + 3]) << 24);
+  const auto words = [](const OutlineBlockWriter& w) {  // a record's type and count make one word
+    std::vector<int32_t> v(w.bytes().size() / 4);
+    std::memcpy(v.data(), w.bytes().data(), v.size() * 4);
+    return v;
   };
-  // Header (size, type, start 10.25 and 20.75), one line record (type, count) for both lines, the curve's
-  // control and end.
-  ASSERT_EQ(b.size(), 16u + 4 + 16 + 4 + 16);
-  EXPECT_EQ(std::vector<uint32_t>(
-                {u32(0), u32(4), u32(8), u32(12), u32(16), u32(20), u32(32), u32(36), u32(48), u32(52)}),
-            std::vector<uint32_t>({56, 24, 0xA4000, 0x14C000, 1 | 2 << 16, 30 << 16, 30 << 16, 2 | 2 << 16,
-                                   0xA4000, 40 << 16}));
+  constexpr int32_t F = 65536, kStartX = 0x1C000, kStartY = 0x24000;  // (1.75, 2.25)
+  // Size, type, start (10.25, 20.75); one line record (type 1, two points) for both lines; a curve (type 2).
+  const OutlineBlockWriter w =
+      Contour({10.25, 20.75}, {{line, {30, 20.75}}, {line, {30, 30}}, {{30, 40}, {10.25, 40}}});
+  EXPECT_EQ(words(w), (std::vector<int32_t>{56, 24, 0xA4000, 0x14C000, 1 | 2 << 16, 30 * F, 0x14C000, 30 * F,
+                                            30 * F, 2 | 2 << 16, 30 * F, 40 * F, 0xA4000, 40 * F}));
   // The box has the start where the reader rounds it: 20.75 becomes 21, and 10.25 becomes 10.
-  EXPECT_EQ(std::vector<int>({writer.inkLeft(), writer.inkTop(), writer.inkRight(), writer.inkBottom()}),
+  EXPECT_EQ(std::vector<int>({w.inkLeft(), w.inkTop(), w.inkRight(), w.inkBottom()}),
             std::vector<int>({10, 20, 30, 40}));
   const OutlineBlockWriter high = Contour({5.75, 5.75}, {{line, {9, 9}}, {line, {9, 8}}});
   EXPECT_EQ(std::make_pair(high.inkLeft(), high.inkTop()), std::make_pair(6, 6));
-  // The last edge ends where the reader puts the start, its rounded point: a line back to the start is
+  // The last edge ends where the reader puts the start, its rounded point (2, 2): a line back to the start is
   // left to the reader's closing edge; a curve ends on the rounded start itself.
-  const std::vector<uint8_t> lines =
-      Contour({1.75, 2.25}, {{line, {9, 2.25}}, {line, {9, 9}}, {line, {1.75, 2.25}}}).bytes();
-  EXPECT_EQ(std::make_pair(lines.size(), int(lines[18])), std::make_pair(size_t{16 + 4 + 16}, 2));
-  const std::vector<uint8_t> c = Contour({1.75, 2.25}, {{line, {9, 2.25}}, {{9, 9}, {1.75, 2.25}}}).bytes();
-  ASSERT_EQ(c.size(), 16u + 4 + 8 + 4 + 16);
-  EXPECT_EQ(std::vector<uint8_t>(c.end() - 8, c.end()), (std::vector<uint8_t>{0, 0, 2, 0, 0, 0, 2, 0}));
+  EXPECT_EQ(words(Contour({1.75, 2.25}, {{line, {9, 2.25}}, {line, {9, 9}}, {line, {1.75, 2.25}}})),
+            (std::vector<int32_t>{36, 24, kStartX, kStartY, 1 | 2 << 16, 9 * F, kStartY, 9 * F, 9 * F}));
+  EXPECT_EQ(words(Contour({1.75, 2.25}, {{line, {9, 2.25}}, {{9, 9}, {1.75, 2.25}}})),
+            (std::vector<int32_t>{48, 24, kStartX, kStartY, 1 | 1 << 16, 9 * F, kStartY, 2 | 2 << 16, 9 * F,
+                                  9 * F, 2 * F, 2 * F}));
   // Points beyond the 16.16 range spoil the block.
   for (const Point far : {Point{32768, 0}, Point{0, -32769}, Point{NAN, 0}})
     EXPECT_FALSE(Contour({0, 0}, {{line, far}, {line, {1, 1}}}).inRange()) << far.x << "," << far.y;
