@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "lettrix/lettrix_text.h"
-#include "text/cubic_split.h"
 #include "text/outline_block_writer.h"
 #include "tools/text_outline/text_outline.h"
 
@@ -209,39 +208,6 @@ TEST(TextRefusals, GiveAMessageAndNoBlock) {
             "no text or no layout given/no result given/no text");
   LettrixTextRelease(&result);
   LettrixTextRelease(nullptr);
-}
-
-TEST(TextBlocks, CubicPiecesStayWithinASixteenthOfAPixel) {
-  const Point cubics[][4] = {
-      {{0, 0}, {0, 100}, {100, 100}, {100, 0}},         // an arch
-      {{0, 0}, {300, 200}, {-200, 200}, {100, 0}},      // a loop
-      {{0, 0}, {10, 0}, {20, 0}, {30, 0}},              // a straight line: one piece
-      {{5, 5}, {2000, -900}, {-1500, 2500}, {40, 40}},  // a wild one, far beyond a glyph's size: many
-      {{0, 0}, {0.1, 0.2}, {0.2, 0.1}, {0.3, 0.3}},     // tiny
-  };
-  for (const auto& c : cubics) {
-    std::vector<QuadraticPiece> pieces;
-    SplitCubic(c[0], c[1], c[2], c[3], 1.0 / 16, &pieces);
-    ASSERT_TRUE(!pieces.empty() && pieces.size() <= 1024u);
-    EXPECT_TRUE(&c != &cubics[2] || pieces.size() == 1u);
-    EXPECT_TRUE(&c != &cubics[3] || pieces.size() > 20u);
-    EXPECT_EQ(std::make_pair(pieces.back().end.x, pieces.back().end.y), std::make_pair(c[3].x, c[3].y));
-    // Equal parameter steps: piece k covers t in [k/n, (k+1)/n]; compare point by point.
-    Point start = c[0];
-    double worst = 0;
-    for (size_t k = 0; k < pieces.size(); start = pieces[k++].end) {
-      for (double t = 0, u = 1; t <= 1; t += 1.0 / 32, u = 1 - t) {
-        const double T = (k + t) / pieces.size(), U = 1 - T;
-        auto at = [&](double Point::*a) {
-          return u * u * start.*a + 2 * u * t * pieces[k].control.*a + t * t * pieces[k].end.*a -
-                 (U * U * U * c[0].*a + 3 * U * U * T * c[1].*a + 3 * U * T * T * c[2].*a +
-                  T * T * T * c[3].*a);
-        };
-        worst = std::max(worst, std::hypot(at(&Point::x), at(&Point::y)));
-      }
-    }
-    EXPECT_LE(worst, 1.0 / 16) << c[1].x;
-  }
 }
 
 // One contour from `start`: a line to each end point, or a curve where a control point is given.
