@@ -21,13 +21,15 @@ def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tm
     edge = word[(word[..., 3] > 0) & (word[..., 3] < 255)]
     assert len(edge) > 100 and (edge[:, :3] == 255).all()
     lettrix.save(word, tmp_path / "word.png")
-    assert np.array_equal(read_png(tmp_path / "word.png"), word) and np.array_equal(np.array(lettrix.to_pil(word)), word)
+    assert np.array_equal(read_png(tmp_path / "word.png"), word)
+    assert np.array_equal(np.array(lettrix.to_pil(word)), word)
     # A texture file is read as the program reads it.
     stripes = np.zeros((8, 8, 4), np.uint8)
     stripes[::2, :, 0] = stripes[1::2, :, 2] = stripes[..., 3] = 255
     lettrix.save(stripes, tmp_path / "stripes.png")
     keywords = dict(size=64, face_texture=str(tmp_path / "stripes.png"))
-    assert np.array_equal(lettrix.render("Tx", **keywords), run_program(_keywords.command_line(None, keywords), "Tx")[1])
+    program = run_program(_keywords.command_line(None, keywords), "Tx")[1]
+    assert np.array_equal(lettrix.render("Tx", **keywords), program)
     folder = tmp_path / "failures"
     folder.mkdir()
     (folder / "kept.png").write_bytes(b"old")
@@ -99,7 +101,8 @@ def test_help_and_stub_name_every_keyword():
     text = pydoc.render_doc(lettrix.render, renderer=pydoc.plaintext)
     parameters = inspect.signature(lettrix.render).parameters
     assert all(k.name in parameters and k.describe() in text and k.help in text for k in _keywords.KEYWORDS.values())
-    assert all(p.name in text for p in lettrix.presets()) and all(inspect.getdoc(getattr(lettrix, n)) for n in lettrix.__all__)
+    assert all(p.name in text for p in lettrix.presets())
+    assert all(inspect.getdoc(getattr(lettrix, name)) for name in lettrix.__all__)
     sys.path.insert(0, str(Path(__file__).resolve().parents[1]))
     import make_stub
     sys.path.pop(0)
