@@ -20,8 +20,7 @@ def read_png(path) -> np.ndarray:
 @pytest.fixture
 def run_program(tmp_path):
     """Runs the program with options and text; returns (exit code, image or None, stderr)."""
-    if not PROGRAM.exists():
-        pytest.fail(f"the lettrix program is not at {PROGRAM} (set LETTRIX_PROGRAM)")
+    assert PROGRAM.exists(), f"the lettrix program is not at {PROGRAM} (set LETTRIX_PROGRAM)"
 
     def run(args, text):
         out = tmp_path / f"program-{len(list(tmp_path.iterdir()))}.png"
