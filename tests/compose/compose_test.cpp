@@ -163,17 +163,6 @@ TEST(Composition, TheCanvasAndEachSettingReachThePicture) {
   EXPECT_LE(std::abs(mid[0] + mid[2] - 333) + std::abs(mid[1] + mid[3] - 177), 2);
   EXPECT_EQ(Box(moved), (std::vector<int>{mid[0] - 11, mid[1] + 6, mid[2] - 11, mid[3] + 6}));
   EXPECT_EQ(moved.at(mid[0] + 5, mid[1] + 20), centred.at(mid[0] + 16, mid[1] + 14));
-  // A 2 x 1 texture of pure red and pure blue from the caller's reader: the Face shows only those.
-  std::string asked;
-  const Image striped = Draw("face-texture=s.png size=120", "H", [&](const std::string& path) {
-    asked = path;
-    return RgbaImage{2, 1, {255, 0, 0, 255, 0, 0, 255, 255}};
-  });
-  const int red = Count(striped, 0xFFFF0000), blue = Count(striped, 0xFF0000FF);
-  EXPECT_EQ(asked, "s.png");
-  EXPECT_GT(std::min(red, blue), 1000);
-  EXPECT_EQ(red + blue, std::count_if(striped.pixels.begin(), striped.pixels.end(),
-                                      [](uint32_t p) { return p >> 24 == 255; }));
   // The Shadow goes exactly where its offset says, and shows alone or not at all.
   const std::string shadow = "shadow-color=#FF0000 canvas=300x200 background=#000000 shadow-offset=-40,-25 ";
   const std::vector<int> face = Box(Draw(shadow, "I"), 0xFFFFFFFF),

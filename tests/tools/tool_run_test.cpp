@@ -110,14 +110,11 @@ TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
   const std::vector<uint32_t> gold =
       Picture(dir, {"--preset", "gold", "--dump-outline", dir.path("au.block"), "Au"});
   EXPECT_EQ(Picture(dir, {"--preset", "gold", "--outline-block", dir.path("au.block")}), gold);
-  // Help, presets and version go to standard output.
-  const testing::RunResult help = RunLettrix({"--help"}), list = RunLettrix({"--list-presets"}),
-                           version = RunLettrix({"--version"});
-  EXPECT_EQ(help.exitCode + list.exitCode + version.exitCode, 0);
-  EXPECT_EQ(help.err + list.err + version.err, "");
-  EXPECT_NE(help.out.find("--shadow-offset X,Y"), std::string::npos);
-  EXPECT_EQ(list.out, PresetListText());
-  EXPECT_EQ(version.out.rfind("lettrix (Lettrix) ", 0), 0u);
+  // Help and the presets go to standard output (their texts are the parts tests').
+  const testing::RunResult help = RunLettrix({"--help"}), list = RunLettrix({"--list-presets"});
+  EXPECT_EQ(std::make_tuple(help.exitCode, help.out.find("--shadow-offset X,Y") < help.out.size(), help.err),
+            std::make_tuple(0, true, ""));
+  EXPECT_EQ(std::make_tuple(list.exitCode, list.out, list.err), std::make_tuple(0, PresetListText(), ""));
 }
 
 }  // namespace
