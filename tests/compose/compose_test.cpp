@@ -97,7 +97,7 @@ TEST(OptionTable, ValuesReachTheirSettingsAtTheEndsOfTheirRanges) {
             Line(40, int(FillKind::kStops), 3, "1b1b1fff"));
 }
 
-// Each numeric option's range just outside both ends is refused, as by the program, in the Python tests.
+// Each numeric option's range is checked at both ends, and just outside them, through the Python keywords.
 TEST(OptionTable, MalformedValuesAreRefusedWithTheOptionsNameAndLeaveTheSettingsAlone) {
   std::string manyStops = "face-stops=red";
   for (int i = 0; i < 255; ++i) manyStops += ",blue";
