@@ -2,9 +2,13 @@
 // program run as a user runs it: mistakes get one line, their status and no file; the picture is the
 // composition layer's, from words, files, standard input or an outline block.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "compose/composition.h"
-#include "tests/tools/tool_support.h"
 #include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/options.h"
 #include "tools/lettrix_cli/png_file.h"
@@ -13,6 +17,52 @@
 
 namespace lxt {
 namespace {
+
+// A fresh folder, removed with everything in it when the object goes.
+class TempDir {
+ public:
+  TempDir() : dir_(std::filesystem::temp_directory_path() / "lettrix-tools-XXXXXX") {
+    if (!mkdtemp(&dir_[0])) std::abort();
+  }
+  ~TempDir() { std::filesystem::remove_all(dir_); }
+  std::string path(const std::string& name) const { return dir_ + "/" + name; }
+  size_t count() const { return std::distance(std::filesystem::directory_iterator(dir_), {}); }
+
+ private:
+  std::string dir_;
+};
+
+std::string ReadText(const std::string& path) {
+  std::stringstream s;
+  s << std::ifstream(path, std::ios::binary).rdbuf();
+  return s.str();
+}
+
+void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) {
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
+
+struct RunResult {
+  int exitCode;
+  std::string out, err;
+};
+
+// Runs the lettrix program with `args`; its standard input is the file `input`, or empty.
+RunResult RunLettrix(const std::vector<std::string>& args, const std::string& input = "/dev/null") {
+  const auto quote = [](const std::string& s) {
+    std::string q = "'";
+    for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+  };
+  TempDir capture;
+  std::string command = quote(LETTRIX_CLI_PATH);
+  for (const std::string& a : args) command += " " + quote(a);
+  const int status = std::system((command + " >" + capture.path("out") + " 2>" + capture.path("err") + " <" +
+                                  quote(input.empty() ? "/dev/null" : input))
+                                     .c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(capture.path("out")),
+          ReadText(capture.path("err"))};
+}
 
 ProgramInfo Native(bool png = true, bool fontconfig = true) {
   ProgramInfo p;
@@ -108,10 +158,10 @@ TEST(ToolFiles, ImagesRoundTripAndDamagedOnesAreRefusedWithTheirName) {
             }).find("'x.png'"),
             std::string::npos);
   // Writing replaces the whole file, or leaves nothing behind.
-  testing::TempDir dir;
+  TempDir dir;
   WriteFileAtomically(dir.path("out.bin"), {1, 2, 3, 4, 5});
   WriteFileAtomically(dir.path("out.bin"), {9});
-  EXPECT_EQ(testing::ReadText(dir.path("out.bin")), "\x09");
+  EXPECT_EQ(ReadText(dir.path("out.bin")), "\x09");
   EXPECT_NE(Refusal([&] { WriteFileAtomically(dir.path("missing/out.bin"), {1}); }), "");
   EXPECT_EQ(dir.count(), 1u);
   EXPECT_EQ(Refusal([&] { ReadWholeFile(dir.path("absent.ttf"), "font file"); }),
@@ -119,12 +169,12 @@ TEST(ToolFiles, ImagesRoundTripAndDamagedOnesAreRefusedWithTheirName) {
 }
 
 TEST(ToolFiles, TextureFilesComeOutTopRowFirstAsRgbaAndPngNeedsADecoder) {
-  testing::TempDir dir;
+  TempDir dir;
   // 1 x 2, 24 bits, first row stored at the bottom: blue below, red on top.
-  testing::WriteBytes(dir.path("t.tga"), Tga(2, 1, 2, 24, 0, {255, 0, 0, 0, 0, 255}));
+  WriteBytes(dir.path("t.tga"), Tga(2, 1, 2, 24, 0, {255, 0, 0, 0, 0, 255}));
   EXPECT_EQ(ReadTextureFile("t.tga", dir.path("t.tga"), nullptr, "x").pixels,
             (std::vector<uint8_t>{255, 0, 0, 255, 0, 0, 255, 255}));
-  testing::WriteBytes(dir.path("p.png"), {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
+  WriteBytes(dir.path("p.png"), {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
   const PngDecoder onePixel = [](const std::vector<uint8_t>&, const std::string&) {
     return Image(1, 1, PackPixel(1, 2, 3, 4));
   };
@@ -133,20 +183,20 @@ TEST(ToolFiles, TextureFilesComeOutTopRowFirstAsRgbaAndPngNeedsADecoder) {
   EXPECT_EQ(Refusal([&] { ReadTextureFile("p.png", dir.path("p.png"), nullptr, "lettrix-demo"); }),
             "'p.png' is a PNG file; lettrix-demo reads TGA textures only");
   // Shorter than PNG's signature: read as TGA, and too short for that.
-  testing::WriteBytes(dir.path("short"), {0x89, 'P', 'N', 'G'});
+  WriteBytes(dir.path("short"), {0x89, 'P', 'N', 'G'});
   EXPECT_EQ(Refusal([&] { ReadTextureFile("short.tga", dir.path("short"), onePixel, "x"); }),
             "cannot read TGA file 'short.tga': too short for a TGA header");
 }
 
 TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
-  testing::TempDir dir;
+  TempDir dir;
   const std::string out = dir.path("out.png"), none = dir.path("none"), bad = dir.path("bad");
-  testing::WriteBytes(bad + ".png", {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 0});
-  testing::WriteBytes(bad + ".tga", {0, 0, 2, 0});
+  WriteBytes(bad + ".png", {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 0});
+  WriteBytes(bad + ".tga", {0, 0, 2, 0});
   // A contour whose length runs past the end of the file.
-  testing::WriteBytes(bad + ".long", {200, 0, 0, 0, 24, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0});
-  testing::WriteBytes(bad + ".ttf", {'n', 'o', 't', ' ', 'a', ' ', 'f', 'o', 'n', 't'});
-  testing::WriteBytes(bad + ".txt", {'w'});
+  WriteBytes(bad + ".long", {200, 0, 0, 0, 24, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0});
+  WriteBytes(bad + ".ttf", {'n', 'o', 't', ' ', 'a', ' ', 'f', 'o', 'n', 't'});
+  WriteBytes(bad + ".txt", {'w'});
   struct Case {
     std::vector<std::string> args;
     int exitCode;
@@ -176,7 +226,7 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
       {{"-o", out, "ab\xff\xfe"}, 1, "not valid UTF-8"},
   };
   for (const Case& c : cases) {
-    const testing::RunResult r = testing::RunLettrix(c.args);
+    const RunResult r = RunLettrix(c.args);
     EXPECT_EQ(r.exitCode, c.exitCode) << r.err;
     EXPECT_EQ(r.err.rfind("lettrix: ", 0), 0u) << r.err;
     EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
@@ -184,19 +234,19 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
     EXPECT_EQ(r.out + std::to_string(dir.count()), "5") << c.message;  // no output, no file
   }
   // A failed run leaves an old picture alone; a good one replaces it.
-  testing::WriteBytes(out, {'o', 'l', 'd'});
-  EXPECT_EQ(testing::RunLettrix({"-o", out, "--font", none + ".ttf", "Hi"}).exitCode, 1);
-  EXPECT_EQ(testing::ReadText(out), "old");
-  EXPECT_EQ(testing::RunLettrix({"-o", out, "Hi"}).exitCode, 0);
-  EXPECT_EQ(testing::ReadText(out).substr(1, 3), "PNG");
+  WriteBytes(out, {'o', 'l', 'd'});
+  EXPECT_EQ(RunLettrix({"-o", out, "--font", none + ".ttf", "Hi"}).exitCode, 1);
+  EXPECT_EQ(ReadText(out), "old");
+  EXPECT_EQ(RunLettrix({"-o", out, "Hi"}).exitCode, 0);
+  EXPECT_EQ(ReadText(out).substr(1, 3), "PNG");
   EXPECT_EQ(dir.count(), 6u);
 }
 
 // The pixels of the picture the program wrote for `args` to `file` (PNG or TGA by its name).
-std::vector<uint32_t> Picture(const testing::TempDir& dir, std::vector<std::string> args,
+std::vector<uint32_t> Picture(const TempDir& dir, std::vector<std::string> args,
                               const std::string& file = "out.png", const std::string& input = "") {
   args.insert(args.end(), {"-o", dir.path(file)});
-  const testing::RunResult r = testing::RunLettrix(args, input);
+  const RunResult r = RunLettrix(args, input);
   EXPECT_EQ(r.exitCode, 0) << r.err;
   const std::vector<uint8_t> bytes = ReadWholeFile(dir.path(file), "picture");
   return (file.back() == 'a' ? DecodeTga(bytes, file) : DecodePng(bytes, file)).pixels;
@@ -210,14 +260,14 @@ std::vector<uint32_t> Composed(std::vector<std::string> args) {
 }
 
 TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
-  testing::TempDir dir;
+  TempDir dir;
   const std::vector<std::string> options = {"--preset", "gold",    "--size", "40",     "--shadow-offset",
                                             "3,-4",     "--align", "right",  "--text", "Two\nlines"};
   const std::vector<uint32_t> composed = Composed(options);
   EXPECT_EQ(Picture(dir, options), composed);
   EXPECT_EQ(Picture(dir, options, "out.tga"), composed);
   // From a file or standard input; the final line feed makes no third line.
-  testing::WriteBytes(dir.path("words.txt"), {'T', 'w', 'o', '\n', 'l', 'i', 'n', 'e', 's', '\n'});
+  WriteBytes(dir.path("words.txt"), {'T', 'w', 'o', '\n', 'l', 'i', 'n', 'e', 's', '\n'});
   std::vector<std::string> fromFile(options.begin(), options.end() - 2);
   fromFile.insert(fromFile.end(), {"--text-file", dir.path("words.txt")});
   EXPECT_EQ(Picture(dir, fromFile), composed);
@@ -236,8 +286,7 @@ TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
       Picture(dir, {"--preset", "gold", "--dump-outline", dir.path("au.block"), "Au"});
   EXPECT_EQ(Picture(dir, {"--preset", "gold", "--outline-block", dir.path("au.block")}), gold);
   // Help and the presets go to standard output (their texts are the parts tests').
-  const testing::RunResult help = testing::RunLettrix({"--help"}),
-                           list = testing::RunLettrix({"--list-presets"});
+  const RunResult help = RunLettrix({"--help"}), list = RunLettrix({"--list-presets"});
   EXPECT_EQ(std::make_tuple(help.exitCode, help.out.find("--shadow-offset X,Y") < help.out.size(), help.err),
             std::make_tuple(0, true, ""));
   EXPECT_EQ(std::make_tuple(list.exitCode, list.out, list.err), std::make_tuple(0, PresetListText(), ""));
