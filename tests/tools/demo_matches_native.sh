@@ -3,19 +3,33 @@
 # preset: drawing the same outline block both must give the same bytes; drawing the same text each
 # lays out with its own font engine, so the images may differ only where the glyph shapes differ.
 # Usage: demo_matches_native.sh <lettrix-demo.exe> <source dir>; LETTRIX_NATIVE_BUILD names the native
-# build (default <source dir>/build/native), which has the lettrix program and lettrix_image_compare.
+# build (default <source dir>/build/native), which has the lettrix program.
 set -euo pipefail
 demo=$1
 root=$2
 native=${LETTRIX_NATIVE_BUILD:-$root/build/native}
 lettrix="$native/bin/lettrix"
-compare="$native/bin/lettrix_image_compare"
-for tool in "$lettrix" "$compare"; do
-  [ -x "$tool" ] || { echo "missing $tool: build the native build first (or set LETTRIX_NATIVE_BUILD)" >&2; exit 1; }
-done
+[ -x "$lettrix" ] || { echo "missing $lettrix: build the native build first (or set LETTRIX_NATIVE_BUILD)" >&2; exit 1; }
 work=$(mktemp -d /tmp/lettrix-demo-XXXXXX)
 trap 'rm -rf "$work"' EXIT
 wine_run() { "$root/tools/wine-run.sh" "$demo" "$@"; }
+
+# compare A B [TOLERANCE MAX_SHARE]: two PNG or TGA images are alike when every byte is equal, or with a
+# tolerance when at most the share MAX_SHARE (0..1) of the pixels differ by more than it in some byte.
+compare() {
+  /usr/bin/python3 - "$@" <<'EOF'
+import sys
+import numpy as np
+from PIL import Image
+a, b = (np.asarray(Image.open(path).convert("RGBA"), dtype=np.int16) for path in sys.argv[1:3])
+tolerance, most = (int(sys.argv[3]), float(sys.argv[4])) if len(sys.argv) > 3 else (0, 0.0)
+if a.shape != b.shape:
+    sys.exit(f"sizes differ: {a.shape[1]}x{a.shape[0]} and {b.shape[1]}x{b.shape[0]}")
+share = float((np.abs(a - b).max(axis=2) > tolerance).mean())
+print(f"{share:.3%} of the pixels differ by more than {tolerance}")
+sys.exit(share > most)
+EOF
+}
 
 failures=0
 check() {  # check <what> <command...>
@@ -42,13 +56,12 @@ for preset in $("$lettrix" --list-presets | awk '{print $1}'); do
   # One block, two programs: identical bytes.
   "$lettrix" --preset "$preset" --dump-outline "$work/$preset.block" -o "$work/$preset-native.tga"
   wine_run --preset "$preset" --outline-block "$work/$preset.block" -o "$work/$preset-demo-block.tga"
-  check "$preset: same block" "$compare" "$work/$preset-native.tga" "$work/$preset-demo-block.tga"
+  check "$preset: same block" compare "$work/$preset-native.tga" "$work/$preset-demo-block.tga"
 
   # Each program lays the text out itself (FreeType against GDI) on the same canvas.
   "$lettrix" --preset "$preset" --canvas 800x240 -o "$work/$preset-native-text.tga"
   wine_run --preset "$preset" --canvas 800x240 -o "$work/$preset-demo-text.tga"
-  check "$preset: same text" "$compare" "$work/$preset-native-text.tga" "$work/$preset-demo-text.tga" \
-    --tolerance 64 --max-share 0.03
+  check "$preset: same text" compare "$work/$preset-native-text.tga" "$work/$preset-demo-text.tga" 64 0.03
 done
 
 [ "$failures" = 0 ] || { echo "$failures comparisons failed" >&2; exit 1; }

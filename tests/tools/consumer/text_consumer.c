@@ -9,24 +9,20 @@ int main(void) {
   LettrixTextLayout layout;
   LettrixTextResult text;
   char message[256];
+  static uint32_t pixels[400 * 100];
+  uint8_t opaque = 255, zero = 0;
   LettrixTextDefaults(&layout);
   layout.font_family = "DejaVu Serif";
   layout.pixel_size = 48;
-  if (!LettrixTextLayOut("Hello", 5, &layout, &text, message, sizeof message)) {
-    fprintf(stderr, "layout failed: %s\n", message);
-    return 1;
-  }
-
+  if (!LettrixTextLayOut("Hello", 5, &layout, &text, message, sizeof message))
+    return fprintf(stderr, "%s\n", message), 1;
   int32_t width = text.ink_right + 8, height = text.ink_bottom + 8;
-  static uint32_t pixels[400 * 100];
   RenderHandle slot = CreateRenderProcess();
-  uint8_t opaque = 255, zero = 0;
   SetColorFaceStart(&slot, &opaque, &zero, &zero, &opaque); /* blue letters */
   SetColorFaceEnd(&slot, &opaque, &zero, &zero, &opaque);
   bool drawn = width <= 400 && height <= 100 && Render(&slot, text.block, &width, &height, pixels);
   DestroyRenderProcess(&slot);
   LettrixTextRelease(&text);
-
   int inked = 0;
   for (int i = 0; drawn && i < width * height; ++i) inked += (pixels[i] >> 24) == 255;
   printf("text consumer: %d x %d pixels, %d of them opaque ink\n", (int)width, (int)height, inked);

@@ -1,0 +1,193 @@
+// The composition layer the command line and Python share: options by name to exact settings, refusals
+// with the program's messages, and pictures that show the canvas and each setting reaching the library.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <functional>
+#include <sstream>
+
+#include "compose/composition.h"
+
+namespace lx::compose {
+namespace {
+
+// Settings from "name=value" (or "switch") words, applied in order.
+Settings Set(const std::string& options) {
+  Settings s;
+  std::istringstream words(options);
+  for (std::string w; words >> w;)
+    SetOption(s, w.substr(0, w.find('=')), w.find('=') > w.size() ? "" : w.substr(w.find('=') + 1));
+  return s;
+}
+
+// The message of the Error `f` throws ("" when none), whose exit status must be `exitCode`.
+std::string Refusal(const std::function<void()>& f, int exitCode = 2) {
+  try {
+    f();
+  } catch (const Error& e) {
+    EXPECT_EQ(e.exitCode(), exitCode) << e.what();
+    return e.what();
+  }
+  return "";
+}
+
+std::ostream& operator<<(std::ostream& o, const Rgba& c) {
+  char hex[9];
+  std::snprintf(hex, sizeof hex, "%02x%02x%02x%02x", c.r, c.g, c.b, c.a);
+  return o << hex;
+}
+// The values, each followed by a space.
+template <typename... T>
+std::string Line(const T&... values) {
+  std::ostringstream o;
+  ((o << values << ' '), ...);
+  return o.str();
+}
+
+Image Draw(const std::string& options, const std::string& text, const ImageReader& reader = {}) {
+  return FromRgba(Compose(Set(options), text, reader));
+}
+int Count(const Image& image, uint32_t pixel) {
+  return static_cast<int>(std::count(image.pixels.begin(), image.pixels.end(), pixel));
+}
+// Left, top, right, bottom (outside) of the pixels equal to `pixel`, or with any alpha when it is 0.
+std::vector<int> Box(const Image& im, uint32_t pixel = 0) {
+  std::vector<int> b{im.width, im.height, 0, 0};
+  for (int y = 0; y < im.height; ++y) {
+    for (int x = 0; x < im.width; ++x) {
+      if (pixel ? im.at(x, y) == pixel : im.at(x, y) >> 24)
+        b = {std::min(b[0], x), std::min(b[1], y), std::max(b[2], x + 1), y + 1};
+    }
+  }
+  return b;
+}
+
+TEST(OptionTable, ValuesReachTheirSettingsAtTheEndsOfTheirRanges) {
+  const Settings s =
+      Set("face-color=#1a2B3c outline-color=#abc shadow-color=#01020304 background=Gold "
+          "outline-stops=red:3,#00ff0080,blue:0 face-gradient=radial:0.25,0.75 outline-gradient=linear:-45 "
+          "face-gradient-area=1,2,30,40 outline-gradient-extent=canvas face-tiling=center align=Right "
+          "direction=rtl language=sr-Latn features=liga=0,+smcp,kern[2:5]=1,-calt face-blur=254 "
+          "outline-width=500 size=4 wrap=16384 bevel-elevation=60 bevel-passes=1 extrude-shading=flat "
+          "shadow-offset=-2000,2000 shadow-zoom=0.1,10 translate=16384,-16384 canvas=16384x1 padding=4096");
+  ASSERT_EQ(s.outline.stops.size(), 3u);
+  EXPECT_EQ(Line(s.face.colour, s.outline.colour, s.shadowColour, s.background, s.outline.stops[1].colour,
+                 s.language, s.features),
+            "1a2b3cff aabbccff 01020304 d4af37ff 00ff0080 sr-Latn liga=0,+smcp,kern[2:5]=1,-calt ");
+  EXPECT_EQ(Line(int(s.outline.fill), s.outline.stops[0].weight, s.outline.stops[1].weight,
+                 s.outline.stops[2].weight, s.face.radialFrom, s.face.radialTo, s.outline.angleDegrees,
+                 s.shadowZoomX, s.shadowZoomY, int(s.face.shape), int(s.outline.shape), int(s.face.tiling),
+                 int(s.align), int(s.direction)),
+            Line(int(FillKind::kStops), 3, 1, 0, 0.25, 0.75, -45, 0.1, 10, int(GradientShape::kRadial),
+                 int(GradientShape::kLinear), int(TextureTiling::kCentre), int(Align::kRight),
+                 int(Direction::kRightToLeft)));
+  EXPECT_EQ(Line(s.face.hasArea, s.outline.extentCanvas, s.extrudeSmooth, s.fixedCanvas, s.face.area[0],
+                 s.face.area[1], s.face.area[2], s.face.area[3], s.face.blur, s.outlineWidth, s.pixelSize,
+                 s.wrapWidth, s.bevelElevation, s.bevelPasses, s.shadowX, s.shadowY, s.translateX,
+                 s.translateY, s.canvasWidth, s.canvasHeight, s.padding),
+            "1 1 0 1 1 2 30 40 254 500 4 16384 60 1 -2000 2000 16384 -16384 16384 1 4096 ");
+  // A later fill replaces an earlier one; a switch's opposite clears it; a preset leaves what it does not
+  // name.
+  const Settings two = Set("face-texture=gen:wood face-color=red face-colors=#000,#fff emboss no-emboss");
+  EXPECT_EQ(Line(int(two.face.fill), two.face.end, two.emboss),
+            Line(int(FillKind::kTwoColour), "ffffffff", 0));
+  Settings gold = Set("size=40");
+  ApplyPreset(gold, "gold");
+  EXPECT_EQ(Line(gold.pixelSize, int(gold.face.fill), gold.outlineWidth, gold.background),
+            Line(40, int(FillKind::kStops), 3, "1b1b1fff"));
+}
+
+// Each numeric option's range is checked at both ends, and just outside them, through the Python keywords.
+TEST(OptionTable, MalformedValuesAreRefusedWithTheOptionsNameAndLeaveTheSettingsAlone) {
+  std::string manyStops = "face-stops=red";
+  for (int i = 0; i < 255; ++i) manyStops += ",blue";
+  const std::pair<std::string, const char*> cases[] = {
+      {"size=12px", "--size: '12px' is not a whole number (4..1000)"},
+      {"align=middle", "--align: 'middle' is not an alignment (left, centre or right)"},
+      {"language=en_US", "--language: 'en_US' is not a language tag"},
+      {"features=kern,,liga", "--features: '' is not an OpenType feature setting"},
+      {"bevel=yes", "--bevel takes no value"},
+      {"nonsense=1", "unknown option '--nonsense'"},
+      {"canvas=100", "WxH"},
+      {"face-colors=red", "START,END"},
+      {manyStops, "at most 255"},
+      {"face-gradient=radial:0.5", "two fractions"},
+      {"face-gradient-area=10,10,10,50", "empty rectangle"},
+      {"face-color=#12", "--face-color: '#12' is not a colour (#RGB"},
+      {"face-color=#ggg", "'#ggg' is not a colour"},
+      {"preset=sparkle", "--preset: no preset named 'sparkle' (see --list-presets)"},
+  };
+  for (const auto& [option, message] : cases) {
+    Settings s;
+    const auto set = [&] {
+      option.rfind("preset=", 0) ? (void)(s = Set(option)) : ApplyPreset(s, option.substr(7));
+    };
+    EXPECT_NE(Refusal(set).find(message), std::string::npos) << message;
+  }
+  Settings s = Set("face-stops=red,blue");
+  EXPECT_THROW(SetOption(s, "face-stops", "red,nocolour"), Error);
+  EXPECT_THROW(SetOption(s, "shadow-offset", "3,9999"), Error);
+  EXPECT_EQ(s.face.stops.size() + s.shadowX, 2u);
+}
+
+TEST(Composition, FailuresCarryTheCommandLinesMessages) {
+  const ImageReader tooFewBytes = [](const std::string&) { return RgbaImage{4, 4, {0, 0}}; };
+  const std::tuple<std::string, std::string, int, const char*> cases[] = {
+      {"font=/nonexistent.ttf", "a", 1, "cannot open font file '/nonexistent.ttf'"},
+      {"family=Nonexistent", "a", 1, "no installed font of family 'Nonexistent'"},
+      {"size=40", "ab\xff", 1, "not valid UTF-8"},
+      {"size=40", "   ", 1, "nothing to draw"},
+      {"face-texture=gen:plaid", "a", 2, "no generated texture named 'plaid'"},
+      {"face-texture=wood.tga", "a", 1, "cannot read texture file 'wood.tga'"},
+      {"face-texture=t.png", "reader", 1, "fewer than its size"},
+      {"letter-spacing=1000", std::string(40, 'i'), 1, "16.16 coordinate range"},
+  };
+  for (const auto& [options, text, exitCode, message] : cases) {
+    EXPECT_NE(Refusal([&] { Draw(options, text, text == "reader" ? tooFewBytes : nullptr); }, exitCode)
+                  .find(message),
+              std::string::npos)
+        << message;
+  }
+}
+
+TEST(Composition, TheCanvasAndEachSettingReachThePicture) {
+  const Image page = Draw("background=#336699 canvas=260x140", "Bg");
+  EXPECT_EQ(std::make_tuple(page.width, page.height, page.at(0, 0), page.at(259, 139),
+                            Draw("size=9", "B").at(0, 0)),
+            std::make_tuple(260, 140, 0xFF336699u, 0xFF336699u, 0u));
+  const Image fitted = Draw("padding=23 shadow-offset=7,9 shadow-blur=3", "Fit");
+  EXPECT_EQ(Box(fitted), (std::vector<int>{23, 23, fitted.width - 23, fitted.height - 23}));
+  // On a fixed canvas the drawing is centred, and a translation moves it by exactly its amount.
+  const Image centred = Draw("canvas=333x177", "Mid"), moved = Draw("canvas=333x177 translate=-11,6", "Mid");
+  const std::vector<int> mid = Box(centred);
+  EXPECT_LE(std::abs(mid[0] + mid[2] - 333) + std::abs(mid[1] + mid[3] - 177), 2);
+  EXPECT_EQ(Box(moved), (std::vector<int>{mid[0] - 11, mid[1] + 6, mid[2] - 11, mid[3] + 6}));
+  EXPECT_EQ(moved.at(mid[0] + 5, mid[1] + 20), centred.at(mid[0] + 16, mid[1] + 14));
+  // The Shadow goes exactly where its offset says, and shows alone or not at all.
+  const std::string shadow = "shadow-color=#FF0000 canvas=300x200 background=#000000 shadow-offset=-40,-25 ";
+  const std::vector<int> face = Box(Draw(shadow, "I"), 0xFFFFFFFF),
+                         offset = Box(Draw(shadow, "I"), 0xFFFF0000);
+  EXPECT_EQ(std::make_pair(offset[0] - face[0], offset[1] - face[1]), std::make_pair(-40, -25));
+  EXPECT_EQ(Count(Draw(shadow + "no-shadow", "I"), 0xFFFF0000) +
+                Count(Draw(shadow + "shadow-only", "I"), 0xFFFFFFFF),
+            0);
+  // Each drawing setting changes the picture ("context|setting": with the context, adding the setting); what
+  // it draws is the library's own business.
+  std::istringstream cases(
+      "|face-color=#FF0000;|outline-color=#00FF00;|outline-width=3;|shadow-color=red;|emboss;|bevel;"
+      "|extrude;bevel|bevel-elevation=10;bevel|bevel-passes=5;bevel|bevel-angle=45;"
+      "extrude|extrude-shading=flat;|shadow-zoom=1.5;|face-blur=3;|outline-blur=3;|shadow-blur=3;"
+      "|face-colors=red,blue;|outline-colors=red,blue;|face-stops=red,blue:3;|face-texture=gen:wood;"
+      "|outline-texture=gen:wood;face-texture=gen:wood|face-tiling=stretch;"
+      "face-colors=red,blue|face-gradient=linear:30;face-colors=red,blue|face-gradient-extent=canvas;"
+      "face-colors=red,blue|face-gradient-area=0,0,50,50;"
+      "face-texture=gen:checker emboss|emboss-angle=45;face-texture=gen:checker emboss|emboss-tint=red");
+  for (std::string c; std::getline(cases, c, ';');) {
+    const std::string context =
+        "outline-width=6 shadow-offset=9,9 canvas=240x160 " + c.substr(0, c.find('|'));
+    EXPECT_NE(Draw(context, "Ag").pixels, Draw(context + " " + c.substr(c.find('|') + 1), "Ag").pixels) << c;
+  }
+}
+
+}  // namespace
+}  // namespace lx::compose
