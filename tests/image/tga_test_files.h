@@ -17,10 +17,10 @@ using Bytes = std::vector<uint8_t>;
 // The 18 header bytes of a file with no ID field, no colour map and origin (0, 0), then `pixels`.
 inline Bytes TgaHeader(uint8_t type, uint16_t width, uint16_t height, uint8_t bits, uint8_t descriptor = 0,
                        const Bytes& pixels = {}) {
-  Bytes b(18, 0);
+  Bytes b(pixels);
+  b.insert(b.begin(), 18, 0);
   b[2] = type, b[12] = width & 0xFF, b[13] = width >> 8, b[14] = height & 0xFF, b[15] = height >> 8;
   b[16] = bits, b[17] = descriptor;
-  b.insert(b.end(), pixels.begin(), pixels.end());
   return b;
 }
 
