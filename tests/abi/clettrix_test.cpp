@@ -50,14 +50,15 @@ TEST(CLettrixRender, RefusesInOrderAndDrawsWhatTheFunctionsDraw) {
   const std::vector<int> results(
       {c.FaceStartColor(255, 200, 30, 10), c.FaceEndColor(255, 20, 30, 210), c.FaceGradient(1, 0.0, 0.0),
        c.OutlineStartColor(255, 0, 0, 0), c.OutlineEndColor(255, 0, 0, 0), c.OutlineThickness(2),
-       c.ShadowColor(128, 0, 0, 0), c.ShadowOffset(3, 4), c.TranslateGlyph(2, -1)});
-  EXPECT_EQ(results, std::vector<int>(9, 1));
+       c.ShadowColor(128, 0, 0, 0), c.ShadowOffset(3, 4), c.TranslateGlyph(2, -1), c.ShadowVisible(256)});
+  EXPECT_EQ(results, std::vector<int>(10, 1));
   EXPECT_EQ(c.BlurShadow(2), 0);
   ASSERT_EQ(c.RenderIt(scene.block()), 1);
 
   Process p;
   p.faceStart(255, 200, 30, 10).faceEnd(255, 20, 30, 210).faceGradient(1, 0.0, 0.0);
   p.outline(255, 0, 0, 0).thickness(2).shadow(128, 0, 0, 0).shadowOffset(3, 4).blur(0, 0, 2).translate(2, -1);
+  p.shadowVisible(0);  // int flags hand on their lowest byte
   Image image(140, 70);
   ASSERT_TRUE(p.render(scene, image));
   EXPECT_EQ(image.pixels(), Canvas(c));
@@ -92,24 +93,6 @@ TEST(CLettrixForwarding, ResultsFollowTheirFunctions) {
   ASSERT_EQ(c.CreateProcessA(), 1);
   EXPECT_EQ(all(), std::vector<int>({1, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
                                      1, 1, 1, 1, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0}));
-}
-
-// "Hg" with a red Shadow through the class, switched with ShadowVisible(visible); the Canvas as drawn.
-std::vector<uint32_t> ShadowScene(int visible, CLettrix& c) {
-  const TextScene scene("Hg", 40, 4, 44);
-  EXPECT_EQ(c.CreateProcessA() + c.CreateCanvas(100, 70), 2);
-  c.ShadowColor(255, 0, 0, 255);
-  c.ShadowOffset(6, 6);
-  c.ShadowVisible(visible);
-  EXPECT_EQ(c.RenderIt(scene.block()), 1);
-  return Canvas(c);
-}
-
-TEST(CLettrixForwarding, IntFlagsHandOnTheirLowestByte) {
-  CLettrix on, off, v256, v257;
-  ASSERT_NE(ShadowScene(1, on), ShadowScene(0, off));
-  EXPECT_EQ(ShadowScene(256, v256), Canvas(off));
-  EXPECT_EQ(ShadowScene(257, v257), Canvas(on));
 }
 
 TEST(CLettrixAssignment, SharesTheProcessAndCanvasUntilOneDestroysThem) {
