@@ -1,6 +1,9 @@
-// The native library and lettrix.dll draw the same pixels. The native run renders every scene and
-// writes its outline block and result beside its test programs; the Windows run (given the native build
-// directory in LETTRIX_NATIVE_BUILD) reads the same blocks, renders them through the DLL and compares.
+// The native library and lettrix.dll draw the same pixels. The native run renders every scene from its
+// recorded outline block, checks the pixels against the scene's recorded checksum, and writes block and
+// result beside its test programs; the Windows run (given the native build directory in
+// LETTRIX_NATIVE_BUILD) reads the same blocks, renders them through the DLL and compares.
+// The blocks are kept in the tree so that the checksums depend on the library alone, not on the font or
+// FreeType of the machine. A scene without a recorded block lays its text out and records it.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -28,6 +31,14 @@ bool WriteFile(const std::string& path, const void* data, size_t size) {
   return static_cast<bool>(out);
 }
 
+uint64_t Fnv1a(const std::vector<uint32_t>& pixels) {
+  uint64_t h = 0xCBF29CE484222325u;
+  for (uint32_t p : pixels) {
+    for (int i = 0; i < 4; ++i) h = (h ^ ((p >> (8 * i)) & 0xFF)) * 0x100000001B3u;
+  }
+  return h;
+}
+
 class CrossCheck : public ::testing::TestWithParam<CrossScene> {};
 
 TEST_P(CrossCheck, SameBlockAndSettingsGiveTheSamePixels) {
@@ -42,17 +53,24 @@ TEST_P(CrossCheck, SameBlockAndSettingsGiveTheSamePixels) {
     bytes = ReadFile(inDir + "/" + s.name + ".block");
     ASSERT_FALSE(bytes.empty()) << "no block from the native run in " << inDir;
   } else {
-    const TextScene laidOut(s.text, s.pixelSize, 6, s.height * 0.75);
-    bytes = laidOut.bytes();
+    const std::string recorded = std::string(LETTRIX_REFERENCE_DIR) + "/" + s.name + ".block";
+    bytes = ReadFile(recorded);
+    if (bytes.empty()) {
+      const TextScene laidOut(s.text, s.pixelSize, 6, s.height * 0.75);
+      bytes = laidOut.bytes();
+      ASSERT_TRUE(WriteFile(recorded, bytes.data(), bytes.size()));
+      ADD_FAILURE() << "recorded a new block: " << recorded;
+    }
   }
   const TextScene scene(bytes);
   Process p;
   s.apply(p);
   Image image(s.width, s.height, s.ground);
   ASSERT_TRUE(p.render(scene, image));
-  ASSERT_GT(image.countOther(s.ground), 100u) << "the scene draws something";
+  ASSERT_GT(image.countOther(s.ground), 0u) << "the scene draws something";
 
   if (!compare) {
+    EXPECT_EQ(Fnv1a(image.pixels()), s.reference) << std::hex << "0x" << Fnv1a(image.pixels());
     std::filesystem::create_directories(ownDir);
     ASSERT_TRUE(WriteFile(ownDir + "/" + s.name + ".block", bytes.data(), bytes.size()));
     ASSERT_TRUE(
