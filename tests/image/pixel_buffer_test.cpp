@@ -11,25 +11,6 @@ std::vector<int32_t> Of(const IntRect& r) {
   return {r.left, r.top, r.right, r.bottom};
 }
 
-TEST(PixelBuffer, AllocatesZeroedPixelsThatPlacementMoves) {
-  PixelBuffer buffer;
-  ASSERT_TRUE(buffer.allocate(2, 2));
-  buffer.placeAt(5, 6);
-  ASSERT_TRUE(buffer.allocate(3, 2));  // replaces the old block and its place
-  EXPECT_EQ(buffer.view().stride, 12);
-  EXPECT_EQ(buffer.view().pixels, buffer.pixels());
-  EXPECT_EQ(std::vector<uint8_t>(buffer.pixels(), buffer.pixels() + 24), std::vector<uint8_t>(24, 0));
-  EXPECT_EQ(Of(buffer.rect()), (std::vector<int32_t>{0, 0, 3, 2}));
-  buffer.placeAt(-4, 7);
-  buffer.offset(1, -2);
-  EXPECT_EQ(Of(buffer.placed().rect), (std::vector<int32_t>{-3, 5, 0, 7}));
-  EXPECT_EQ(buffer.placed().view.width, 3);
-  buffer.release();
-  EXPECT_FALSE(buffer.hasPixels());
-  EXPECT_EQ(buffer.pixels(), nullptr);
-  EXPECT_EQ(buffer.width() + buffer.height(), 0);
-}
-
 TEST(PixelBuffer, RefusesSizesBelowOneOrPastTheLimit) {
   const std::pair<int32_t, int32_t> refused[] = {
       {0, 1},

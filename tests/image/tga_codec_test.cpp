@@ -34,44 +34,5 @@ TEST(TgaCodec, HeaderFieldsAndSizesLittleEndian) {
   EXPECT_EQ(TgaMostRlePixelBytes(10, 4), 54u);
 }
 
-TEST(DecodeTgaRle, UnpacksPacketsOrNamesTheFirstFault) {
-  const struct {
-    const char* name;
-    Bytes data;
-    size_t pixels;
-    TgaRleResult result;
-    Bytes out;
-  } cases[] = {
-      {"run of 2, then 2 raw",
-       {0x81, 1, 2, 3, 0x01, 4, 5, 6, 7, 8, 9},
-       4,
-       TgaRleResult::kDone,
-       {1, 2, 3, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
-      {"bytes after the last pixel", {0x80, 1, 2, 3, 0xFF, 0xFF}, 1, TgaRleResult::kDone, {1, 2, 3}},
-      {"no data", {}, 1, TgaRleResult::kPacketHeaderMissing, {}},
-      {"one pixel short of the image", {0x00, 1, 2, 3}, 2, TgaRleResult::kPacketHeaderMissing, {}},
-      {"raw packet cut inside a pixel", {0x01, 1, 2, 3, 4}, 2, TgaRleResult::kRawPixelsShort, {}},
-      {"run without a whole pixel", {0x81, 1, 2}, 2, TgaRleResult::kRunPixelShort, {}},
-      {"run past the image", {0x82, 1, 2, 3}, 2, TgaRleResult::kTooManyPixels, {}},
-      {"run past the image without its pixel", {0x82, 1}, 2, TgaRleResult::kRunPixelShort, {}},
-      {"raw packet past the image", {0x01, 1, 2, 3, 4, 5, 6}, 1, TgaRleResult::kTooManyPixels, {}},
-      // Read pixel by pixel, the data ends before the pixel that would not fit.
-      {"raw past the image and cut short", {0x02, 1, 2, 3}, 2, TgaRleResult::kRawPixelsShort, {}},
-      {"raw cut at the pixel that does not fit",
-       {0x02, 1, 2, 3, 4, 5, 6},
-       2,
-       TgaRleResult::kRawPixelsShort,
-       {}},
-      {"second run past the image", {0x81, 1, 1, 1, 0xFF, 2, 2, 2}, 3, TgaRleResult::kTooManyPixels, {}},
-  };
-  for (const auto& c : cases) {
-    Bytes out(c.pixels * 3, 0xEE);
-    EXPECT_EQ(DecodeTgaRle(c.data.data(), c.data.size(), c.pixels, 3, out.data()), c.result) << c.name;
-    if (c.result == TgaRleResult::kDone) {
-      EXPECT_EQ(out, c.out) << c.name;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace lx
