@@ -26,6 +26,7 @@ TEST(LoadTGA, DecodesBothTypesInTheFileRowOrder) {
       {TgaHeader(10, 3, 2, 32, 0, {0x82, 10, 20, 30, 40, 0x02, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}),
        {30, 20, 10, 40, 30, 20, 10, 40, 30, 20, 10, 40, 3, 2, 1, 4, 7, 6, 5, 8, 11, 10, 9, 12}},
       {TgaHeader(10, 3, 1, 24, 0, {0x81, 1, 2, 3, 0x80, 4, 5, 6}), {3, 2, 1, 3, 2, 1, 6, 5, 4}},
+      {TgaHeader(10, 1, 1, 24, 0, {0x80, 1, 2, 3, 0xFF, 0xFF}), {3, 2, 1}},  // what follows is ignored
       // Either origin: the rows as they are in the file.
       {TgaHeader(2, 1, 2, 24, 0x20, rows), rows},
       {TgaHeader(10, 1, 2, 24, 0x00, {0x00, 1, 1, 1, 0x80, 2, 2, 2}), rows},
