@@ -62,8 +62,7 @@ TEST(ExportsAbi, ProcessesTakeEverySettingSideBySideAndDestroyClearsTheirSlots) 
   std::vector<RenderHandle> slots(32);
   for (RenderHandle& s : slots) {
     s = CreateRenderProcess();
-    ASSERT_NE(s, 0u);
-    ASSERT_NE(s, kAllOnes);
+    ASSERT_TRUE(s != 0 && s != kAllOnes);
   }
   for (RenderHandle& s : slots) {
     const RenderHandle kept = s;
@@ -75,36 +74,31 @@ TEST(ExportsAbi, ProcessesTakeEverySettingSideBySideAndDestroyClearsTheirSlots) 
   EXPECT_EQ(slots, std::vector<RenderHandle>(32, 0));
 }
 
-TEST(ExportsAbi, SlotsWithoutAProcessAreRefusedEverywhere) {
+TEST(ExportsAbi, BadSlotsAndRenderArgumentsAreRefusedWithTheBufferUntouched) {
   std::vector<uint32_t> buffer(64, 0x12345678u);
   uint8_t block[16] = {};
-  const int32_t eight = 8;
+  const int32_t eight = 8, zero = 0, minus = -1;
   for (RenderHandle value : {RenderHandle{0}, kAllOnes}) {
     RenderHandle slot = value;
     EXPECT_EQ(CallEverySetter(&slot), std::vector<bool>(6, false));
     EXPECT_EQ(slot, value);
     EXPECT_FALSE(Render(&slot, block, &eight, &eight, buffer.data()));
-    DestroyRenderProcess(&slot);
-    EXPECT_EQ(slot, 0u);
-    DestroyRenderProcess(&slot);
-    EXPECT_EQ(slot, 0u);
+    for (int twice = 0; twice < 2; ++twice) {
+      DestroyRenderProcess(&slot);
+      EXPECT_EQ(slot, 0u);
+    }
   }
-  EXPECT_EQ(buffer, std::vector<uint32_t>(64, 0x12345678u));
-}
-
-TEST(ExportsAbi, RenderRefusesBadArgumentsWithTheBufferUntouched) {
   RenderHandle slot = CreateRenderProcess();
-  std::vector<uint32_t> buffer(64, 0x12345678u);
-  uint8_t block[16] = {};
-  const int32_t eight = 8, zero = 0, minus = -1;
-  EXPECT_FALSE(Render(&slot, nullptr, &eight, &eight, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, &zero, &eight, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, &minus, &eight, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, &eight, &zero, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, &eight, &minus, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, nullptr, &eight, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, &eight, nullptr, buffer.data()));
-  EXPECT_FALSE(Render(&slot, block, &eight, &eight, nullptr));
+  const struct {
+    void* block;
+    const int32_t *width, *height;
+    uint32_t* pixels;
+  } refused[] = {{nullptr, &eight, &eight, buffer.data()}, {block, &zero, &eight, buffer.data()},
+                 {block, &minus, &eight, buffer.data()},   {block, &eight, &zero, buffer.data()},
+                 {block, &eight, &minus, buffer.data()},   {block, nullptr, &eight, buffer.data()},
+                 {block, &eight, nullptr, buffer.data()},  {block, &eight, &eight, nullptr}};
+  for (const auto& r : refused)
+    EXPECT_FALSE(Render(&slot, r.block, r.width, r.height, r.pixels)) << (&r - refused);
   EXPECT_EQ(buffer, std::vector<uint32_t>(64, 0x12345678u));
   DestroyRenderProcess(&slot);
 }

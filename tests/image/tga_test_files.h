@@ -14,31 +14,14 @@ namespace lx::test {
 
 using Bytes = std::vector<uint8_t>;
 
-// The 18 header bytes of a file with no ID field, no colour map and origin (0, 0).
-inline Bytes TgaHeader(uint8_t type, uint16_t width, uint16_t height, uint8_t bits, uint8_t descriptor = 0) {
-  return {0,
-          0,
-          type,
-          0,
-          0,
-          0,
-          0,
-          0,
-          0,
-          0,
-          0,
-          0,
-          static_cast<uint8_t>(width),
-          static_cast<uint8_t>(width >> 8),
-          static_cast<uint8_t>(height),
-          static_cast<uint8_t>(height >> 8),
-          bits,
-          descriptor};
-}
-
-inline Bytes Concat(Bytes a, const Bytes& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
+// The 18 header bytes of a file with no ID field, no colour map and origin (0, 0), then `pixels`.
+inline Bytes TgaHeader(uint8_t type, uint16_t width, uint16_t height, uint8_t bits, uint8_t descriptor = 0,
+                       const Bytes& pixels = {}) {
+  Bytes b(pixels);
+  b.insert(b.begin(), 18, 0);
+  b[2] = type, b[12] = width & 0xFF, b[13] = width >> 8, b[14] = height & 0xFF, b[15] = height >> 8;
+  b[16] = bits, b[17] = descriptor;
+  return b;
 }
 
 // A path in the test's temporary folder; `name` must be unique across the test programs.
@@ -51,8 +34,7 @@ inline std::string WriteTempFile(const std::string& name, const Bytes& bytes) {
   std::FILE* f = std::fopen(path.c_str(), "wb");
   EXPECT_NE(f, nullptr) << path;
   if (f != nullptr) {
-    const size_t written = bytes.empty() ? 0 : std::fwrite(bytes.data(), 1, bytes.size(), f);
-    EXPECT_EQ(written, bytes.size());
+    EXPECT_EQ(bytes.empty() ? 0 : std::fwrite(bytes.data(), 1, bytes.size(), f), bytes.size());
     std::fclose(f);
   }
   return path;
@@ -75,5 +57,13 @@ struct OwnedTga : TgaImage {
   ~OwnedTga() { ReleaseTGA(this); }
   Bytes bytes(size_t count) const { return pixels ? Bytes(pixels, pixels + count) : Bytes(); }
 };
+
+// Loads `bytes` from a file through LoadTGA.
+inline bool LoadBytes(OwnedTga* image, const Bytes& bytes) {
+  const std::string path = WriteTempFile("load.tga", bytes);
+  const bool ok = LoadTGA(image, path.c_str());
+  std::remove(path.c_str());
+  return ok;
+}
 
 }  // namespace lx::test

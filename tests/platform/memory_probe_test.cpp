@@ -7,66 +7,56 @@
 namespace lx::platform {
 namespace {
 
-using test::GuardedPages;
-using Access = GuardedPages::Access;
-
-bool Readable(const void* p, uintptr_t n) {
-  return IsBadReadPtr(p, n) == 0;
-}
-bool Writable(void* p, uintptr_t n) {
-  return IsBadWritePtr(p, n) == 0;
-}
+using A = test::GuardedPages::Access;
 
 TEST(MemoryProbe, PagesAnswerByTheirRightsToTheByte) {
-  // read-write | read-only | none | hole
-  GuardedPages pages(4);
-  pages.protect(1, Access::kRead);
-  pages.protect(2, Access::kNone);
-  pages.release(3);
+  test::GuardedPages pages({A::kReadWrite, A::kRead, A::kNone, A::kHole, A::kReadWrite});
   const size_t ps = pages.pageSize();
   uint8_t* p0 = pages.page(0);
-  EXPECT_TRUE(Readable(nullptr, 0));
-  EXPECT_TRUE(Writable(pages.page(2), 0));
-  EXPECT_FALSE(Readable(nullptr, 1));
-  EXPECT_FALSE(Writable(nullptr, 1));
-  EXPECT_TRUE(Writable(p0, ps));
-  EXPECT_TRUE(Writable(p0 + ps - 8, 8));
-  EXPECT_FALSE(Writable(p0 + ps - 8, 9));
-  EXPECT_FALSE(Writable(pages.page(1) + ps - 1, 1));
-  EXPECT_TRUE(Readable(p0, 2 * ps));
-  EXPECT_FALSE(Readable(p0, 2 * ps + 1));
-  EXPECT_FALSE(Readable(pages.page(1) + ps - 1, 2));
-  EXPECT_FALSE(Writable(pages.page(2) + ps / 2, 1));
-  EXPECT_FALSE(Readable(pages.page(3) + 5, 1));
-  EXPECT_FALSE(Readable(p0, 4 * ps));
+  const struct {
+    const void* at;
+    uintptr_t size;
+    bool write, good;
+  } cases[] = {
+      {nullptr, 0, false, true},
+      {pages.page(2), 0, true, true},
+      {nullptr, 1, false, false},
+      {nullptr, 1, true, false},
+      {p0, ps, true, true},
+      {p0 + ps - 8, 8, true, true},
+      {p0 + ps - 8, 9, true, false},
+      {pages.page(1) + ps - 1, 1, true, false},
+      {p0, 2 * ps, false, true},
+      {p0, 2 * ps + 1, false, false},
+      {pages.page(1) + ps - 1, 2, false, false},
+      {pages.page(2) + ps / 2, 1, true, false},
+      {pages.page(3) + 5, 1, false, false},
+      {pages.page(4), ps, true, true},  // past the hole
+      {pages.page(2) + ps - 1, ps + 2, false, false},
+      {p0, 5 * ps, false, false},
+  };
+  for (const auto& c : cases) {
+    const uintptr_t offset = reinterpret_cast<uintptr_t>(c.at) - reinterpret_cast<uintptr_t>(p0);
+    EXPECT_EQ(c.write ? IsBadWritePtr(const_cast<void*>(c.at), c.size) == 0 : IsBadReadPtr(c.at, c.size) == 0,
+              c.good)
+        << "offset " << offset << " size " << c.size << (c.write ? " write" : " read");
+  }
 }
 
-TEST(MemoryProbe, HoleBetweenGoodPagesIsFound) {
-  GuardedPages pages(3);
-  pages.release(1);
-  const size_t ps = pages.pageSize();
-  EXPECT_TRUE(Writable(pages.page(2), ps));
-  EXPECT_FALSE(Readable(pages.page(0) + ps - 1, ps + 2));
-  EXPECT_FALSE(Readable(pages.page(0), 2 * ps + 1));
-}
-
-TEST(MemoryProbe, LargeBufferEndingAtAnInaccessiblePage) {
-  GuardedPages pages(257);
-  pages.protect(256, Access::kNone);
+TEST(MemoryProbe, LargeRangesWrappingRangesAndConstantData) {
+  test::GuardedPages pages(257);
+  pages.protect(256, A::kNone);
   const size_t bytes = 256 * pages.pageSize();
-  EXPECT_TRUE(Writable(pages.page(0), bytes));
-  EXPECT_FALSE(Writable(pages.page(0), bytes + 1));
-  EXPECT_FALSE(Readable(pages.page(0) + 4, bytes));
-}
-
-TEST(MemoryProbe, WrappingRangesAndConstantData) {
+  EXPECT_FALSE(IsBadWritePtr(pages.page(0), bytes));
+  EXPECT_TRUE(IsBadWritePtr(pages.page(0), bytes + 1));
+  EXPECT_TRUE(IsBadReadPtr(pages.page(0) + 4, bytes));
   static const char kText[] = "constant data lives in read-only pages";
   uint8_t local[16] = {};
-  EXPECT_FALSE(Readable(local, ~uintptr_t{0}));
-  EXPECT_FALSE(Writable(local, ~uintptr_t{0} - 8));
-  EXPECT_TRUE(Writable(local, sizeof local));
-  EXPECT_TRUE(Readable(kText, sizeof kText));
-  EXPECT_FALSE(Writable(const_cast<char*>(kText), sizeof kText));
+  EXPECT_TRUE(IsBadReadPtr(local, ~uintptr_t{0}));
+  EXPECT_TRUE(IsBadWritePtr(local, ~uintptr_t{0} - 8));
+  EXPECT_FALSE(IsBadWritePtr(local, sizeof local));
+  EXPECT_FALSE(IsBadReadPtr(kText, sizeof kText));
+  EXPECT_TRUE(IsBadWritePtr(const_cast<char*>(kText), sizeof kText));
 }
 
 }  // namespace

@@ -23,26 +23,18 @@ inline FxPoint Pt(double x, double y) {
 
 class ContourRecords {
  public:
-  // Starts a contour; its cb is patched by end() unless cbOverride is set there.
+  // Starts a contour; end() patches its cb, endWithCb() writes the one given.
   ContourRecords& begin(FxPoint start, uint32_t type = 24) {
     contourStart_ = bytes_.size();
-    u32(0);
-    u32(type);
-    u32(static_cast<uint32_t>(start.x));
-    u32(static_cast<uint32_t>(start.y));
-    return *this;
+    return put(0, 4).put(type, 4).put(start.x, 4).put(start.y, 4);
   }
   ContourRecords& record(uint16_t type, const std::vector<FxPoint>& points) {
     return recordWithCount(type, static_cast<uint16_t>(points.size()), points);
   }
   // A record whose stated count may differ from the points written.
   ContourRecords& recordWithCount(uint16_t type, uint16_t count, const std::vector<FxPoint>& points) {
-    u16(type);
-    u16(count);
-    for (const FxPoint& p : points) {
-      u32(static_cast<uint32_t>(p.x));
-      u32(static_cast<uint32_t>(p.y));
-    }
+    put(type, 2).put(count, 2);
+    for (const FxPoint& p : points) put(p.x, 4).put(p.y, 4);
     return *this;
   }
   ContourRecords& line(const std::vector<FxPoint>& points) { return record(1, points); }
@@ -61,13 +53,12 @@ class ContourRecords {
   std::vector<uint8_t>& bytes() { return bytes_; }
 
  private:
-  void u16(uint16_t v) {
-    bytes_.push_back(static_cast<uint8_t>(v));
-    bytes_.push_back(static_cast<uint8_t>(v >> 8));
+  // Little-endian, `size` bytes.
+  ContourRecords& put(uint32_t v, int size) {
+    for (int i = 0; i < size; ++i) bytes_.push_back(static_cast<uint8_t>(v >> (8 * i)));
+    return *this;
   }
-  void u32(uint32_t v) {
-    for (int i = 0; i < 4; ++i) bytes_.push_back(static_cast<uint8_t>(v >> (8 * i)));
-  }
+  ContourRecords& put(int32_t v, int size) { return put(static_cast<uint32_t>(v), size); }
 
   std::vector<uint8_t> bytes_;
   size_t contourStart_ = 0;
@@ -81,8 +72,7 @@ inline void AddSquare(ContourRecords* r, double x, double y, double side) {
 // A closed circle-like contour of quadratic splines: `n` off-curve points on the circle of radius
 // r / cos(pi / n) around (cx, cy), so that the implied on-curve midpoints lie on the circle of radius r.
 inline void AddRoundContour(ContourRecords* rec, double cx, double cy, double r, int n) {
-  const double pi = 3.141592653589793;
-  const double outer = r / std::cos(pi / n);
+  const double pi = 3.141592653589793, outer = r / std::cos(pi / n);
   std::vector<FxPoint> controls;
   for (int i = 0; i < n; ++i) {
     const double a = 2 * pi * (i + 0.5) / n;

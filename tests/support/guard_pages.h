@@ -4,16 +4,23 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 namespace lx::test {
 
 class GuardedPages {
  public:
-  enum class Access { kNone, kRead, kReadWrite };
+  // kHole: the page is given back to the system, so any access to it faults.
+  enum class Access { kNone, kRead, kReadWrite, kHole };
 
   // Maps pageCount contiguous pages, all readable and writable and zero-filled. Throws std::bad_alloc
   // when the system refuses.
   explicit GuardedPages(size_t pageCount);
+  // One page per entry, with those rights.
+  GuardedPages(std::initializer_list<Access> rights) : GuardedPages(rights.size()) {
+    size_t i = 0;
+    for (Access a : rights) protect(i++, a);
+  }
   ~GuardedPages();
   GuardedPages(const GuardedPages&) = delete;
   GuardedPages& operator=(const GuardedPages&) = delete;
@@ -23,12 +30,9 @@ class GuardedPages {
   size_t pageSize() const { return pageSize_; }
   size_t pageCount() const { return pageCount_; }
 
-  // Changes the access rights of page i.
+  // Changes the access rights of page i; a hole stays a hole.
   void protect(size_t i, Access a);
-
-  // Gives page i back to the system, leaving a hole in the mapping: any access to it faults. The other
-  // pages keep their rights; protect() must not be called for page i afterwards.
-  void release(size_t i);
+  void release(size_t i) { protect(i, Access::kHole); }
 
  private:
   uint8_t* base_ = nullptr;

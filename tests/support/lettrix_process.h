@@ -24,115 +24,74 @@ class Process {
     return faceStart(a, r, g, b).faceEnd(a, r, g, b);
   }
   Process& faceStart(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
-    SetColorFaceStart(&slot_, &a, &r, &g, &b);
-    return *this;
+    return set(SetColorFaceStart, a, r, g, b);
   }
-  Process& faceEnd(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
-    SetColorFaceEnd(&slot_, &a, &r, &g, &b);
-    return *this;
-  }
+  Process& faceEnd(uint8_t a, uint8_t r, uint8_t g, uint8_t b) { return set(SetColorFaceEnd, a, r, g, b); }
   Process& outline(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
     return outlineStart(a, r, g, b).outlineEnd(a, r, g, b);
   }
   Process& outlineStart(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
-    SetColorOutlineStart(&slot_, &a, &r, &g, &b);
-    return *this;
+    return set(SetColorOutlineStart, a, r, g, b);
   }
   Process& outlineEnd(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
-    SetColorOutlineEnd(&slot_, &a, &r, &g, &b);
-    return *this;
+    return set(SetColorOutlineEnd, a, r, g, b);
   }
-  Process& thickness(int32_t t) {
-    SetOutlineThickness(&slot_, &t);
-    return *this;
-  }
-  Process& shadow(uint8_t a, uint8_t r, uint8_t g, uint8_t b) {
-    SetShadowColor(&slot_, &a, &r, &g, &b);
-    return *this;
-  }
-  Process& shadowOffset(int32_t x, int32_t y) {
-    SetShadowOffset(&slot_, &x, &y);
-    return *this;
-  }
-  Process& shadowZoom(double x, double y) {
-    SetShadowZoom(&slot_, &x, &y);
-    return *this;
-  }
-  Process& shadowVisible(uint8_t on) {
-    SetShadowVisible(&slot_, &on);
-    return *this;
-  }
-  Process& shadowOnly(uint8_t on) {
-    SetDrawShadowOnly(&slot_, &on);
-    return *this;
-  }
+  Process& thickness(int32_t t) { return set(SetOutlineThickness, t); }
+  Process& shadow(uint8_t a, uint8_t r, uint8_t g, uint8_t b) { return set(SetShadowColor, a, r, g, b); }
+  Process& shadowOffset(int32_t x, int32_t y) { return set(SetShadowOffset, x, y); }
+  Process& shadowZoom(double x, double y) { return set(SetShadowZoom, x, y); }
+  Process& shadowVisible(uint8_t on) { return set(SetShadowVisible, on); }
+  Process& shadowOnly(uint8_t on) { return set(SetDrawShadowOnly, on); }
   Process& extrude(uint8_t on, uint8_t colouring = 1) {
-    SetShadowExtruded(&slot_, &on);
-    SetExtrudedShadowColor(&slot_, &colouring);
-    return *this;
+    return set(SetShadowExtruded, on).set(SetExtrudedShadowColor, colouring);
   }
-  Process& blur(uint8_t faceLevel, uint8_t outlineLevel, uint8_t shadowLevel) {
-    SetFaceBlurLevel(&slot_, &faceLevel);
-    SetOutlineBlurLevel(&slot_, &outlineLevel);
-    SetShadowBlurLevel(&slot_, &shadowLevel);
-    return *this;
+  Process& blur(uint8_t face, uint8_t outline, uint8_t shadow) {
+    return set(SetFaceBlurLevel, face).set(SetOutlineBlurLevel, outline).set(SetShadowBlurLevel, shadow);
   }
   Process& faceGradient(int32_t type, double p1 = 0.5, double p2 = 0.5) {
-    SetGradientFace(&slot_, &type, &p1, &p2);
-    return *this;
+    return set(SetGradientFace, type, p1, p2);
   }
   Process& outlineGradient(int32_t type, double p1 = 0.5, double p2 = 0.5) {
-    SetGradientOutline(&slot_, &type, &p1, &p2);
-    return *this;
+    return set(SetGradientOutline, type, p1, p2);
   }
   // Colour stops as packed colours (red lowest, alpha highest); no weights means all 1.
-  bool faceStops(const std::vector<uint32_t>& colours, std::vector<uint32_t> weights = {}) {
-    std::vector<uint32_t> c = colours;
-    const uint8_t n = static_cast<uint8_t>(c.size());
-    return SetFaceGradientColors(&slot_, c.data(), weights.empty() ? nullptr : weights.data(), &n);
+  bool faceStops(std::vector<uint32_t> colours, std::vector<uint32_t> weights = {}) {
+    const uint8_t n = static_cast<uint8_t>(colours.size());
+    return SetFaceGradientColors(&slot_, colours.data(), weights.empty() ? nullptr : weights.data(), &n);
   }
-  Process& faceFit(uint8_t mode) {
-    SetFaceGradientFitMode(&slot_, &mode);
-    return *this;
-  }
+  Process& faceFit(uint8_t mode) { return set(SetFaceGradientFitMode, mode); }
   bool faceArea(int32_t left, int32_t top, int32_t right, int32_t bottom) {
     return SetFaceUserGradientArea(&slot_, &left, &top, &right, &bottom);
   }
   // A texture of width x height pixels used as the layer's fill with the given tiling.
   bool faceTexture(std::vector<uint32_t> pixels, int32_t width, int32_t height, int32_t tiling) {
-    const int32_t one = 1;
-    SetFaceFillType(&slot_, &one);
-    SetFaceTextureTiling(&slot_, &tiling);
+    set(SetFaceFillType, int32_t{1}).set(SetFaceTextureTiling, tiling);
     return SetTextureFace(&slot_, pixels.data(), &width, &height);
   }
   bool outlineTexture(std::vector<uint32_t> pixels, int32_t width, int32_t height, int32_t tiling) {
-    const int32_t one = 1;
-    SetOutlineFillType(&slot_, &one);
-    SetOutlineTextureTiling(&slot_, &tiling);
+    set(SetOutlineFillType, int32_t{1}).set(SetOutlineTextureTiling, tiling);
     return SetTextureOutline(&slot_, pixels.data(), &width, &height);
   }
   Process& emboss(double angle, uint8_t a = 255, uint8_t b = 255, uint8_t c = 255) {
-    const uint8_t on = 1;
-    SetFaceTextureEmbossed(&slot_, &angle, &a, &b, &c);
-    EnableFaceEmbossed(&slot_, &on);
-    return *this;
+    return set(SetFaceTextureEmbossed, angle, a, b, c).set(EnableFaceEmbossed, uint8_t{1});
   }
   Process& border3D(uint8_t elevation, uint8_t passes, double angle) {
-    const uint8_t on = 1;
-    SetOutline3DBorder(&slot_, &elevation, &passes, &angle);
-    EnableOutline3DBorder(&slot_, &on);
-    return *this;
+    return set(SetOutline3DBorder, elevation, passes, angle).set(EnableOutline3DBorder, uint8_t{1});
   }
-  Process& translate(int32_t dx, int32_t dy) {
-    SetTranslation(&slot_, &dx, &dy);
-    return *this;
-  }
+  Process& translate(int32_t dx, int32_t dy) { return set(SetTranslation, dx, dy); }
 
   bool render(const TextScene& scene, Image& image) {
     return Render(&slot_, scene.block(), image.width(), image.height(), image.data());
   }
 
  private:
+  // Calls an exported setter with the slot and the address of each value.
+  template <typename Setter, typename... Values>
+  Process& set(Setter setter, Values... values) {
+    setter(&slot_, &values...);
+    return *this;
+  }
+
   RenderHandle slot_;
 };
 

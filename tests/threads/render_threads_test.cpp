@@ -17,9 +17,6 @@
 namespace lx::test {
 namespace {
 
-constexpr int kThreads = 8;
-constexpr int kRounds = 24;
-
 // One scene drawn by a fresh process into a fresh buffer from the given outline block.
 Image Draw(const CrossScene& scene, void* block) {
   Process process;
@@ -35,27 +32,24 @@ TEST(RenderThreads, EightThreadsWithTheirOwnProcessesDrawWhatOneThreadDraws) {
   std::vector<Image> expected;
   for (const CrossScene& s : scenes) {
     texts.push_back(std::make_unique<TextScene>(s.text, s.pixelSize, 6, s.height * 0.75));
-    ASSERT_NE(texts.back()->block(), nullptr);
     expected.push_back(Draw(s, texts.back()->block()));
   }
-  // Thread t draws scene (t + round) % n in each round, so every scene runs beside different ones. Odd
-  // rounds draw from a block of the thread's own, so the threads also allocate and free global memory
-  // side by side; even rounds share the one block.
-  std::vector<int> mismatches(kThreads, 0);
+  // Thread t draws scene (t + round) % n in round `round`, so every scene runs beside different ones.
+  // Odd rounds draw from a block of the thread's own, so that threads also allocate and free global
+  // memory side by side; even rounds share the one block.
+  std::vector<int> mismatches(8, 0);
   std::vector<std::thread> threads;
-  for (int t = 0; t < kThreads; ++t) {
+  for (int t = 0; t < 8; ++t) {
     threads.emplace_back([&, t] {
-      for (int round = 0; round < kRounds; ++round) {
+      for (int round = 0; round < 24; ++round) {
         const size_t s = static_cast<size_t>(t + round) % scenes.size();
-        std::unique_ptr<text::GlobalBlock> own;
-        if (round % 2 == 1) own = std::make_unique<text::GlobalBlock>(texts[s]->bytes());
-        void* block = own ? own->handle() : texts[s]->block();
-        if (block == nullptr || Draw(scenes[s], block) != expected[s]) ++mismatches[t];
+        const text::GlobalBlock own(round % 2 == 1 ? texts[s]->bytes() : std::vector<uint8_t>());
+        if (Draw(scenes[s], own.handle() ? own.handle() : texts[s]->block()) != expected[s]) ++mismatches[t];
       }
     });
   }
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(mismatches, std::vector<int>(kThreads, 0));
+  EXPECT_EQ(mismatches, std::vector<int>(8, 0));
 }
 
 }  // namespace

@@ -24,29 +24,26 @@ void CollectPortable(int x, int y, intptr_t data) {
   reinterpret_cast<Points*>(data)->emplace_back(x, y);
 }
 
-// Compares every line from (x0, y0) to the points of the square of half-side `reach` around it: all
-// eight octants, their borders and every length from 0 to reach.
-void CompareAround(int x0, int y0, int reach) {
-  Points real, portable;
-  for (int dy = -reach; dy <= reach; ++dy) {
-    for (int dx = -reach; dx <= reach; ++dx) {
-      real.clear();
-      portable.clear();
-      ASSERT_TRUE(::LineDDA(x0, y0, x0 + dx, y0 + dy, CollectReal, reinterpret_cast<LPARAM>(&real)));
-      ASSERT_EQ(lx::portable::LineDDA(x0, y0, x0 + dx, y0 + dy, CollectPortable,
-                                      reinterpret_cast<intptr_t>(&portable)),
-                1);
-      ASSERT_EQ(portable, real) << "from (" << x0 << "," << y0 << ") by (" << dx << "," << dy << ")";
+// Every line from each start to the points of the square of half-side `reach` around it: all eight
+// octants, their borders and every length from 0 to reach, up to the int32 limits.
+TEST(LineDDAAgainstGdi, EveryOctantAndLengthFromSeveralStartsUpToTheInt32Limits) {
+  const int starts[][3] = {{0, 0, 100},
+                           {37, -11, 40},
+                           {-1000, 2500, 25},
+                           {INT_MAX - 30, INT_MIN + 30, 30},
+                           {INT_MIN + 30, INT_MAX - 30, 30}};
+  for (const auto& [x0, y0, reach] : starts) {
+    for (int dy = -reach; dy <= reach; ++dy) {
+      for (int dx = -reach; dx <= reach; ++dx) {
+        Points real, portable;
+        ASSERT_TRUE(::LineDDA(x0, y0, x0 + dx, y0 + dy, CollectReal, reinterpret_cast<LPARAM>(&real)));
+        ASSERT_EQ(lx::portable::LineDDA(x0, y0, x0 + dx, y0 + dy, CollectPortable,
+                                        reinterpret_cast<intptr_t>(&portable)),
+                  1);
+        ASSERT_EQ(portable, real) << "from (" << x0 << "," << y0 << ") by (" << dx << "," << dy << ")";
+      }
     }
   }
-}
-
-TEST(LineDDAAgainstGdi, EveryOctantAndLengthFromSeveralStartsUpToTheInt32Limits) {
-  CompareAround(0, 0, 100);
-  CompareAround(37, -11, 40);
-  CompareAround(-1000, 2500, 25);
-  CompareAround(INT_MAX - 30, INT_MIN + 30, 30);
-  CompareAround(INT_MIN + 30, INT_MAX - 30, 30);
 }
 
 }  // namespace

@@ -13,10 +13,8 @@
 namespace lx {
 namespace {
 
-constexpr uint64_t kMiB = uint64_t{1} << 20;
-
 // Runs in a death-test child: loads the file and ends the child with 0 when the record and the
-// resident memory the load added are as expected, 1 (with the reason on stderr) otherwise.
+// resident memory the load added are as expected, 1 otherwise.
 void LoadAndCheckInChild(const test::Bytes& bytes, bool expectLoaded, uint64_t expectBlockBytes) {
   const std::string path = test::WriteTempFile("slow_crasher.tga", bytes);
   const uint64_t residentBefore = test::CurrentMemoryUse().residentBytes;
@@ -24,36 +22,23 @@ void LoadAndCheckInChild(const test::Bytes& bytes, bool expectLoaded, uint64_t e
   const bool loaded = LoadTGA(&image, path.c_str());
   const uint64_t residentAfter = test::CurrentMemoryUse().residentBytes;
   std::remove(path.c_str());
-  int failures = 0;
-  auto check = [&](bool ok, const char* what) {
-    if (!ok) {
-      std::fprintf(stderr, "failed: %s\n", what);
-      ++failures;
-    }
-  };
-  check(loaded == expectLoaded, "load result");
-  check(image.message[0] == '\0' || !loaded, "message emptied on success");
-  check(platform::GlobalSize(image.handle) == expectBlockBytes, "block size");
-  if (expectBlockBytes > 0 && image.pixels != nullptr) {
-    check(image.pixels[0] == bytes[18], "the one pixel byte the file holds");
-    check(image.pixels[expectBlockBytes - 1] == 0, "zeros where the file ends");
-  }
+  bool ok = loaded == expectLoaded && (image.message[0] == '\0' || !loaded) &&
+            platform::GlobalSize(image.handle) == expectBlockBytes;
+  // The one pixel byte the file holds, then zeros.
+  if (ok && expectBlockBytes > 0)
+    ok = image.pixels[0] == bytes[18] && image.pixels[expectBlockBytes - 1] == 0;
   // The block is as large as the header claims, but only the pages the file filled may be resident.
-  check(residentAfter < residentBefore + 64 * kMiB, "resident memory grew by 64 MiB or more");
-  std::fflush(stderr);
-  std::_Exit(failures == 0 ? 0 : 1);
+  std::_Exit(ok && residentAfter < residentBefore + (uint64_t{64} << 20) ? 0 : 1);
 }
 
-TEST(SlowTgaFiles, CutShortUncompressedFileLoadsWithoutTouchingItsClaimedSize) {
+TEST(SlowTgaFiles, CutShortFilesAnswerWithoutTouchingTheirClaimedSize) {
   // 19 bytes claiming 63232 x 2064 at 24 bits: a 373 MiB image of one byte and zeros.
-  const test::Bytes file = test::Concat(test::TgaHeader(2, 63232, 2064, 24), {0x5A});
-  EXPECT_EXIT(LoadAndCheckInChild(file, true, uint64_t{63232} * 2064 * 3), testing::ExitedWithCode(0), "");
-}
-
-TEST(SlowTgaFiles, CutShortCompressedFileIsRefusedWithoutTouchingItsClaimedSize) {
+  EXPECT_EXIT(
+      LoadAndCheckInChild(test::TgaHeader(2, 63232, 2064, 24, 0, {0x5A}), true, uint64_t{63232} * 2064 * 3),
+      testing::ExitedWithCode(0), "");
   // One run of 128 pixels, then nothing, for an image of 65535 x 2048 at 32 bits.
-  const test::Bytes file = test::Concat(test::TgaHeader(10, 65535, 2048, 32), {0xFF, 1, 2, 3, 4});
-  EXPECT_EXIT(LoadAndCheckInChild(file, false, 0), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(LoadAndCheckInChild(test::TgaHeader(10, 65535, 2048, 32, 0, {0xFF, 1, 2, 3, 4}), false, 0),
+              testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

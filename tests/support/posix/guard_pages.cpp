@@ -20,13 +20,12 @@ GuardedPages::~GuardedPages() {
 }
 
 void GuardedPages::protect(size_t i, Access a) {
-  const int prot = a == Access::kNone ? PROT_NONE : a == Access::kRead ? PROT_READ : PROT_READ | PROT_WRITE;
+  const int prot = a == Access::kReadWrite ? PROT_READ | PROT_WRITE
+                   : a == Access::kRead    ? PROT_READ
+                                           : PROT_NONE;
   // A test that cannot set up its memory would test nothing: stop loudly.
-  if (i >= pageCount_ || mprotect(page(i), pageSize_, prot) != 0) std::abort();
-}
-
-void GuardedPages::release(size_t i) {
-  if (i >= pageCount_ || munmap(page(i), pageSize_) != 0) std::abort();
+  const int failed = a == Access::kHole ? munmap(page(i), pageSize_) : mprotect(page(i), pageSize_, prot);
+  if (i >= pageCount_ || failed != 0) std::abort();
 }
 
 }  // namespace lx::test

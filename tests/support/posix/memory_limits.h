@@ -18,26 +18,21 @@ struct MemoryUse {
 };
 
 inline MemoryUse CurrentMemoryUse() {
-  MemoryUse use;
-  std::FILE* f = std::fopen("/proc/self/statm", "r");
-  if (f == nullptr) return use;
   unsigned long long pagesVirtual = 0, pagesResident = 0;
-  if (std::fscanf(f, "%llu %llu", &pagesVirtual, &pagesResident) == 2) {
-    const auto page = static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
-    use.virtualBytes = pagesVirtual * page;
-    use.residentBytes = pagesResident * page;
+  if (std::FILE* f = std::fopen("/proc/self/statm", "r")) {
+    if (std::fscanf(f, "%llu %llu", &pagesVirtual, &pagesResident) != 2) pagesVirtual = pagesResident = 0;
+    std::fclose(f);
   }
-  std::fclose(f);
-  return use;
+  const auto page = static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+  return {pagesVirtual * page, pagesResident * page};
 }
 
 // Lets the process map at most `extraBytes` more than it has mapped now: a larger allocation fails
 // (or stops a sanitizer build) instead of taking the machine's memory. False when no cap could be set.
 inline bool CapAddressSpaceGrowth(uint64_t extraBytes) {
   const uint64_t now = CurrentMemoryUse().virtualBytes;
-  if (now == 0) return false;
   rlimit limit{};
-  if (getrlimit(RLIMIT_AS, &limit) != 0) return false;
+  if (now == 0 || getrlimit(RLIMIT_AS, &limit) != 0) return false;
   limit.rlim_cur = static_cast<rlim_t>(now + extraBytes);
   return setrlimit(RLIMIT_AS, &limit) == 0;
 }

@@ -10,18 +10,13 @@
 
 namespace lx::test {
 
-namespace {
-size_t SystemPageSize() {
+GuardedPages::GuardedPages(size_t pageCount) : pageCount_(pageCount) {
   SYSTEM_INFO info;
   GetSystemInfo(&info);
-  return info.dwPageSize;
-}
-}  // namespace
-
-GuardedPages::GuardedPages(size_t pageCount) : pageSize_(SystemPageSize()), pageCount_(pageCount) {
-  void* p = VirtualAlloc(nullptr, pageCount_ * pageSize_, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
-  if (p == nullptr) throw std::bad_alloc();
-  base_ = static_cast<uint8_t*>(p);
+  pageSize_ = info.dwPageSize;
+  base_ = static_cast<uint8_t*>(
+      VirtualAlloc(nullptr, pageCount_ * pageSize_, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+  if (base_ == nullptr) throw std::bad_alloc();
 }
 
 GuardedPages::~GuardedPages() {
@@ -29,15 +24,15 @@ GuardedPages::~GuardedPages() {
 }
 
 void GuardedPages::protect(size_t i, Access a) {
-  const DWORD prot = a == Access::kNone ? PAGE_NOACCESS : a == Access::kRead ? PAGE_READONLY : PAGE_READWRITE;
+  const DWORD prot = a == Access::kReadWrite ? PAGE_READWRITE
+                     : a == Access::kRead    ? PAGE_READONLY
+                                             : PAGE_NOACCESS;
   DWORD old = 0;
-  // A test that cannot set up its memory would test nothing: stop loudly.
-  if (i >= pageCount_ || !VirtualProtect(page(i), pageSize_, prot, &old)) std::abort();
-}
-
-void GuardedPages::release(size_t i) {
-  // Decommitted pages stay reserved (so nothing else lands there) but have no storage behind them.
-  if (i >= pageCount_ || !VirtualFree(page(i), pageSize_, MEM_DECOMMIT)) std::abort();
+  // Decommitted pages stay reserved (so nothing else lands there) but have no storage behind them. A test
+  // that cannot set up its memory would test nothing: stop loudly.
+  const bool done = a == Access::kHole ? VirtualFree(page(i), pageSize_, MEM_DECOMMIT) != 0
+                                       : VirtualProtect(page(i), pageSize_, prot, &old) != 0;
+  if (i >= pageCount_ || !done) std::abort();
 }
 
 }  // namespace lx::test
