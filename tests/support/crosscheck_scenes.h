@@ -176,6 +176,18 @@ inline const std::vector<CrossScene>& CrossScenes() {
          p.emboss(0.5, 180, 90, 255).blur(2, 0, 0);
        },
        "emboss light (sin, cos)", 0x794a0067959e21e},
+      {"gradient_face_on_outline", "Seam", 44, 130, 60, 0xFFFFFFFF,
+       [](Process& p) {
+         p.faceStart(255, 255, 0, 0)
+             .faceEnd(255, 0, 0, 255)
+             .faceGradient(1)
+             .outline(255, 0, 0, 0)
+             .thickness(2);
+       },
+       nullptr, 0x722629de5377c915},
+      {"face_blur_one_on_outline", "Soft", 44, 130, 60, 0xFF000000,
+       [](Process& p) { p.face(255, 255, 200, 0).outline(255, 0, 0, 128).thickness(2).blur(1, 0, 0); },
+       nullptr, 0x7766176c911a62a},
   };
   return scenes;
 }
