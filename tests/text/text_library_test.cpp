@@ -116,7 +116,9 @@ TEST(TextShaping, KerningAndLigaturesFollowTheFeatureSwitch) {
                         Case{kSerifOtf, "fi", "liga=0", 1, 2}, Case{kSerifOtf, "office", "liga=0", 4, 6}}) {
     Laid on(c.text, c.font, 64), off(c.text, c.font, 64, [&](auto&l) { l.features = c.off; });
     EXPECT_EQ(std::make_pair(on.r.glyph_count, off.r.glyph_count), std::make_pair(c.glyphs, c.glyphsOff));
-    if (c.glyphs == c.glyphsOff) EXPECT_LT(on.r.width, off.r.width - 1.0) << c.text;  // kerned
+    if (c.glyphs == c.glyphsOff) {
+      EXPECT_LT(on.r.width, off.r.width - 1.0) << c.text;  // kerned
+    }
   }
   EXPECT_NE(Laid("fi", kSerifOtf, 64).glyph(0).glyph, GlyphOf(kSerifOtf, "f"));
 }
