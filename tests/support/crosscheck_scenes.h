@@ -188,6 +188,9 @@ inline const std::vector<CrossScene>& CrossScenes() {
       {"face_blur_one_on_outline", "Soft", 44, 130, 60, 0xFF000000,
        [](Process& p) { p.face(255, 255, 200, 0).outline(255, 0, 0, 128).thickness(2).blur(1, 0, 0); },
        nullptr, 0x7766176c911a62a},
+      {"outline_blur_one_under_face", "Soft", 44, 130, 60, 0xFF000000,
+       [](Process& p) { p.face(255, 255, 200, 0).outline(255, 0, 0, 128).thickness(2).blur(0, 1, 0); },
+       nullptr, 0x48baf924f1a76059},
   };
   return scenes;
 }
