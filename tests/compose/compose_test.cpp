@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <functional>
 #include <sstream>
 
 #include "compose/composition.h"
+#include "tests/support/refusal.h"
 
 namespace lx::compose {
 namespace {
@@ -20,16 +20,7 @@ Settings Set(const std::string& options) {
   return s;
 }
 
-// The message of the Error `f` throws ("" when none), whose exit status must be `exitCode`.
-std::string Refusal(const std::function<void()>& f, int exitCode = 2) {
-  try {
-    f();
-  } catch (const Error& e) {
-    EXPECT_EQ(e.exitCode(), exitCode) << e.what();
-    return e.what();
-  }
-  return "";
-}
+using test::Refusal;
 
 std::ostream& operator<<(std::ostream& o, const Rgba& c) {
   char hex[9];
@@ -122,7 +113,7 @@ TEST(OptionTable, MalformedValuesAreRefusedWithTheOptionsNameAndLeaveTheSettings
     const auto set = [&] {
       option.rfind("preset=", 0) ? (void)(s = Set(option)) : ApplyPreset(s, option.substr(7));
     };
-    EXPECT_NE(Refusal(set).find(message), std::string::npos) << message;
+    EXPECT_NE(Refusal(set, 2).find(message), std::string::npos) << message;
   }
   Settings s = Set("face-stops=red,blue");
   EXPECT_THROW(SetOption(s, "face-stops", "red,nocolour"), Error);

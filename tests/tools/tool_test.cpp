@@ -1,4 +1,4 @@
-// The programs' parts on their own (the command line, image files, safe writing, textures), and the lettrix
+// The programs' pieces on their own (the command line, image files, safe writing, textures), and the lettrix
 // program run as a user runs it: mistakes get one line, their status and no file; the picture is the
 // composition layer's, from words, files, standard input or an outline block.
 #include <gtest/gtest.h>
@@ -14,6 +14,7 @@
 #include "tools/lettrix_cli/png_file.h"
 #include "tools/lettrix_cli/texture_file.h"
 #include "tools/lettrix_cli/tool_error.h"
+#include "tests/support/refusal.h"
 
 namespace lxt {
 namespace {
@@ -77,16 +78,7 @@ Job Parse(std::vector<std::string> args) {
   return ParseCommandLine(args, Native()).job;
 }
 
-// The message of the ToolError `f` throws with `exitCode` ("" when none).
-std::string Refusal(const std::function<void()>& f, int exitCode = kExitFailed) {
-  try {
-    f();
-  } catch (const ToolError& e) {
-    EXPECT_EQ(e.exitCode(), exitCode) << e.what();
-    return e.what();
-  }
-  return "";
-}
+using lx::test::Refusal;
 
 // A TGA file with no ID field and no colour map.
 std::vector<uint8_t> Tga(uint8_t type, uint8_t width, uint8_t height, uint8_t bits, uint8_t descriptor,
@@ -151,20 +143,18 @@ TEST(ToolFiles, ImagesRoundTripAndDamagedOnesAreRefusedWithTheirName) {
   for (const auto& bytes :
        {std::vector<uint8_t>{1, 2, 3}, Tga(1, 2, 2, 32, 0x20), Tga(2, 2, 2, 16, 0x20), Tga(2, 0, 2, 32, 0x20),
         Tga(2, 2, 2, 32, 0x20, std::vector<uint8_t>(15)), Tga(10, 1, 1, 32, 0x20, {0x81, 1, 2, 3, 4})}) {
-    EXPECT_NE(Refusal([&] { DecodeTga(bytes, "x.tga"); }).find("'x.tga'"), std::string::npos);
+    EXPECT_NE(Refusal([&] { DecodeTga(bytes, "x.tga"); }, kExitFailed).find("'x.tga'"), std::string::npos);
   }
-  EXPECT_NE(Refusal([] {
-              DecodePng({0x89, 'P', 'N', 'G', 0, 0}, "x.png");
-            }).find("'x.png'"),
-            std::string::npos);
+  const auto badPng = [] { DecodePng({0x89, 'P', 'N', 'G', 0, 0}, "x.png"); };
+  EXPECT_NE(Refusal(badPng, kExitFailed).find("'x.png'"), std::string::npos);
   // Writing replaces the whole file, or leaves nothing behind.
   TempDir dir;
   WriteFileAtomically(dir.path("out.bin"), {1, 2, 3, 4, 5});
   WriteFileAtomically(dir.path("out.bin"), {9});
   EXPECT_EQ(ReadText(dir.path("out.bin")), "\x09");
-  EXPECT_NE(Refusal([&] { WriteFileAtomically(dir.path("missing/out.bin"), {1}); }), "");
+  EXPECT_NE(Refusal([&] { WriteFileAtomically(dir.path("missing/out.bin"), {1}); }, kExitFailed), "");
   EXPECT_EQ(dir.count(), 1u);
-  EXPECT_EQ(Refusal([&] { ReadWholeFile(dir.path("absent.ttf"), "font file"); }),
+  EXPECT_EQ(Refusal([&] { ReadWholeFile(dir.path("absent.ttf"), "font file"); }, kExitFailed),
             "cannot open font file '" + dir.path("absent.ttf") + "': No such file or directory");
 }
 
@@ -180,11 +170,12 @@ TEST(ToolFiles, TextureFilesComeOutTopRowFirstAsRgbaAndPngNeedsADecoder) {
   };
   EXPECT_EQ(ReadTextureFile("p.png", dir.path("p.png"), onePixel, "x").pixels,
             (std::vector<uint8_t>{1, 2, 3, 4}));
-  EXPECT_EQ(Refusal([&] { ReadTextureFile("p.png", dir.path("p.png"), nullptr, "lettrix-demo"); }),
-            "'p.png' is a PNG file; lettrix-demo reads TGA textures only");
+  EXPECT_EQ(
+      Refusal([&] { ReadTextureFile("p.png", dir.path("p.png"), nullptr, "lettrix-demo"); }, kExitFailed),
+      "'p.png' is a PNG file; lettrix-demo reads TGA textures only");
   // Shorter than PNG's signature: read as TGA, and too short for that.
   WriteBytes(dir.path("short"), {0x89, 'P', 'N', 'G'});
-  EXPECT_EQ(Refusal([&] { ReadTextureFile("short.tga", dir.path("short"), onePixel, "x"); }),
+  EXPECT_EQ(Refusal([&] { ReadTextureFile("short.tga", dir.path("short"), onePixel, "x"); }, kExitFailed),
             "cannot read TGA file 'short.tga': too short for a TGA header");
 }
 
@@ -285,7 +276,7 @@ TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
   const std::vector<uint32_t> gold =
       Picture(dir, {"--preset", "gold", "--dump-outline", dir.path("au.block"), "Au"});
   EXPECT_EQ(Picture(dir, {"--preset", "gold", "--outline-block", dir.path("au.block")}), gold);
-  // Help and the presets go to standard output (their texts are the parts tests').
+  // Help and the presets go to standard output (their texts are the piece tests').
   const RunResult help = RunLettrix({"--help"}), list = RunLettrix({"--list-presets"});
   EXPECT_EQ(std::make_tuple(help.exitCode, help.out.find("--shadow-offset X,Y") < help.out.size(), help.err),
             std::make_tuple(0, true, ""));
