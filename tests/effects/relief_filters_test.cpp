@@ -52,23 +52,6 @@ TEST(BevelFilter, ProfilesAndClampedSettings) {
   }
 }
 
-TEST(BevelFilter, HighlightOfExactSlopes) {
-  // Elevation 3, depth 60: sine 0.0523, F = 13.35. At the black-to-white step N.L < 0, so the shade is
-  // trunc(200 * sine) = 10 of F. Elevation 30, depth 1: heights 100 | 133 give Nx = -99 and a shade of
-  // trunc(181737 / 1533.19) = 118 of F = 127.5; strength 255 adds trunc(127.5 - 118) = 9.
-  const auto shade = [](const BevelSettings& settings, uint8_t left, uint8_t right, int32_t x) {
-    TestImage image(10, 4, Grey(left));
-    image.fillRect(5, 0, 10, 4, Grey(right));
-    BevelFilter bevel;
-    bevel.configure(settings);
-    bevel.shade(image.view());
-    return image.at(x, 2);
-  };
-  EXPECT_EQ((V{shade(Lit(3, 60, 0, 200), 0, 255, 5), shade(Lit(30, 1, 0, 255), 100, 133, 4),
-               shade(Lit(30, 1, 0, 255), 100, 133, 5)}),
-            (V{Grey(191), Grey(99), Grey(132)}));
-}
-
 TEST(BevelFilter, BorderPassesAndTinyImages) {
   // Elevation 45: flat shades 255 -> 254, so the grey is 254 and the colour rises by 127, held at 255.
   BevelFilter bevel;
@@ -102,33 +85,6 @@ TEST(EmbossFilter, NarrowFlatAreasAndTooFewRows) {
   // Without room (no pixel lies 5 inside 9 x 2 pixels), or below 1, the bleed does nothing.
   for (int32_t d : {0, -3, 5, 2147483647}) SquareColourBleed(low.view(0, 0, 9, 2), d);
   EXPECT_EQ(low.pixels, before.pixels);
-}
-
-TEST(SquareColourBleed, EveryGiverInRowOrderPaintsItsSquare) {
-  for (int32_t d : {1, 3}) {
-    TestImage image = RandomImage(41, 29, d, 0.9), expected = image;
-    for (int32_t y = d; y < 29 - d; ++y)
-      for (int32_t x = d; x < 41 - d; ++x)
-        for (int32_t v = y - d; (expected.at(x, y) >> 24) && v <= y + d; ++v)
-          for (int32_t u = x - d; u <= x + d; ++u)
-            if ((expected.at(u, v) >> 24) == 0) expected.at(u, v) = expected.at(x, y) & 0x00FFFFFFu;
-    SquareColourBleed(image.view(), d);
-    EXPECT_EQ(image.pixels, expected.pixels) << d;
-  }
-}
-
-TEST(EmbossFilter, AzimuthThatIsNotANumberLightsAsZero) {
-  TestImage zero(12, 4);
-  for (int32_t x = 0; x < 12; ++x) zero.fillRect(x, 0, x + 1, 4, Grey(static_cast<uint8_t>(10 * x)));
-  TestImage nan = zero;
-  EmbossFilter emboss;
-  emboss.setAzimuth(0.0);
-  emboss.apply(zero.view());
-  emboss.setAzimuth(std::nan(""));
-  EXPECT_EQ(emboss.azimuth(), 0.0);
-  emboss.apply(nan.view());
-  EXPECT_EQ(nan.pixels, zero.pixels);
-  EXPECT_EQ(zero.at(5, 2), Grey(157));
 }
 
 }  // namespace
