@@ -87,5 +87,18 @@ TEST(EmbossFilter, NarrowFlatAreasAndTooFewRows) {
   EXPECT_EQ(low.pixels, before.pixels);
 }
 
+TEST(SquareColourBleed, EveryGiverInRowOrderPaintsItsSquare) {
+  for (int32_t d : {1, 3}) {
+    TestImage image = RandomImage(41, 29, d, 0.9), expected = image;
+    for (int32_t y = d; y < 29 - d; ++y)
+      for (int32_t x = d; x < 41 - d; ++x)
+        for (int32_t v = y - d; (expected.at(x, y) >> 24) && v <= y + d; ++v)
+          for (int32_t u = x - d; u <= x + d; ++u)
+            if ((expected.at(u, v) >> 24) == 0) expected.at(u, v) = expected.at(x, y) & 0x00FFFFFFu;
+    SquareColourBleed(image.view(), d);
+    EXPECT_EQ(image.pixels, expected.pixels) << d;
+  }
+}
+
 }  // namespace
 }  // namespace lx
