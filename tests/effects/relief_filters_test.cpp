@@ -1,8 +1,6 @@
 // The relief filters: the Outline's bevelled border and the Face's emboss, with the bleed before it.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numeric>
 #include <vector>
 
 #include "effects/bevel_filter.h"
@@ -16,42 +14,6 @@ namespace {
 
 using namespace effects_test;
 using V = std::vector<uint32_t>;
-constexpr double kPi = 3.141592653589793;
-
-BevelSettings Lit(double elevation, double depth, int32_t profile, int32_t highlight = 0) {
-  BevelSettings s;
-  s.elevation = elevation, s.depth = depth, s.profile = profile, s.highlightStrength = highlight;
-  return s;
-}
-
-TEST(BevelFilter, ProfilesAndClampedSettings) {
-  BevelFilter bevel;
-  std::vector<int> linear(256);
-  std::iota(linear.begin(), linear.end(), 0);
-  for (int32_t selector : {0, 3, -1}) {
-    bevel.configure(Lit(3, 1, selector));
-    EXPECT_EQ(std::vector<int>(bevel.profile(), bevel.profile() + 256), linear) << selector;
-  }
-  bevel.configure(Lit(3, 1, 2));
-  EXPECT_EQ((std::vector<int>{bevel.profile()[7], bevel.profile()[8], bevel.profile()[128]}),
-            (std::vector<int>{0, 1, 128}));
-
-  // Azimuth, elevation, depth, height offset and highlight strength, each set and as clamped.
-  const double nan = std::nan("");
-  const std::vector<double> cases[][2] = {{{4.0, 0.0, 0.5, -4, 300}, {kPi, 3.0, 1.0, 0, 255}},
-                                          {{-5.0, nan, nan, 999, -1}, {-kPi, 3.0, 1.0, 255, 0}},
-                                          {{nan, 75.0, 100.0, 7, 9}, {0.0, 60.0, 60.0, 7, 9}}};
-  for (const auto& [in, want] : cases) {
-    BevelSettings s = Lit(in[1], in[2], 0, int32_t(in[4]));
-    s.azimuth = in[0], s.heightOffset = int32_t(in[3]);
-    bevel.configure(s);
-    s = bevel.settings();
-    EXPECT_EQ((std::vector<double>{s.azimuth, s.elevation, s.depth, double(s.heightOffset),
-                                   double(s.highlightStrength)}),
-              want);
-  }
-}
-
 TEST(BevelFilter, BorderPassesAndTinyImages) {
   // Elevation 45: flat shades 255 -> 254, so the grey is 254 and the colour rises by 127, held at 255.
   BevelFilter bevel;

@@ -117,22 +117,9 @@ TEST(PlanShadow, PlacesScalesAndReachesAsTheZoomOffsetExtrusionAndBlurAsk) {
   }
 }
 
-TEST(PlanMainPass, PlacesTheImageAndKeepsRoomForEveryEffect) {
+TEST(PlanMainPass, PlacesTheImage) {
   EXPECT_EQ(Text(PlanMainPass(kWork, {40, -30, false, false, 0, 0, 0}).image), "33,-35,133,25");
   EXPECT_EQ(Text(PlanMainPass(kWork, {INT64_C(3000000000), 0}).image), "2999999993,-5,3000000093,55");
-  // Embossed, border, its passes, Face and Outline blur level -> reach. The emboss reaches 4, a blur of
-  // level r 3r; the border blurs (6) and each of its passes reaches 7, passes counting only when the
-  // border is drawn; the larger of the two layers' reaches counts, not their sum.
-  const int cases[][6] = {
-      {0, 0, 0, 0, 0, 2},          {1, 0, 0, 0, 0, 4 + 2},       {0, 0, 0, 5, 0, 15 + 2},
-      {1, 0, 0, 5, 0, 4 + 15 + 2}, {0, 1, 3, 0, 0, 6 + 21 + 2},  {0, 1, 1, 0, 4, 6 + 7 + 12 + 2},
-      {0, 0, 60, 0, 0, 2},         {1, 0, 0, 10, 2, 4 + 30 + 2}, {1, 1, 2, 1, 0, 6 + 14 + 2}};
-  for (const auto& c : cases) {
-    const MainPlan plan =
-        PlanMainPass(kWork, {0, 0, c[0] != 0, c[1] != 0, uint8_t(c[2]), uint8_t(c[3]), uint8_t(c[4])});
-    EXPECT_EQ(Text(plan.image), "-7,-5,93,55");
-    EXPECT_EQ(plan.reach, c[5]) << c[0] << c[1] << " " << c[2] << " " << c[3] << " " << c[4];
-  }
 }
 
 // On an output of 200 x 100 pixels; the layout left from an earlier image must be replaced.
