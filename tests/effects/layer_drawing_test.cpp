@@ -82,33 +82,9 @@ TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
   expect(1, [](FillSettings& f) { f.gradientFitMode = 1; }, {32, 16, r, 32, 47, b});
 }
 
-TEST(LayerDrawing, GradientRampAndArea) {
-  const uint32_t x = Packed(255, 0, 0, 255), y = Packed(0, 255, 0, 128), z = Packed(0, 0, 255, 0);
-  const uint32_t start = Packed(0, 0, 0, 255), end = Packed(255, 255, 255, 255),
-                 mid = Packed(128, 128, 128, 255);
-  // Each colour owns a share as wide as its weight; the ramp runs through the shares' centres, the first
-  // and last moved to the ends. Nine entries fall at eighths: entries 0, 4, 5 and 8 (0: not checked).
-  const auto expect = [&](int32_t useTable, const V& colours, const V& weights, const V& entries) {
-    FillSettings f;
-    f.startColour = start, f.endColour = end, f.useGradientTable = useTable;
-    f.gradientColours = colours, f.gradientStops = weights;
-    uint32_t ramp[9];
-    BuildGradientRamp(f, ramp, 9);
-    const V got{ramp[0], ramp[4], ramp[5], ramp[8]};
-    for (size_t i = 0; i < 4; ++i)
-      EXPECT_EQ(got[i], entries[i] ? PixelOf(entries[i]) : got[i])
-          << i << " of " << testing::PrintToString(weights);
-  };
-  expect(1, {x, y, z}, {2, 1, 1}, {x, 0, y, z});
-  expect(1, {x, y, x}, {0, 0, 0}, {x, y, 0, x});
-  expect(1, {x, y, x}, {}, {x, y, 0, x});
-  expect(1, {y}, {9}, {y, y, y, y});
-  expect(1, {}, {}, {start, mid, 0, end});
-  expect(0, {x, y}, {1, 1}, {start, mid, 0, end});
-  expect(1, {x, y, z}, {5, 0, 5}, {x, Packed(128, 0, 128, 128), 0, z});  // no trace of a colour weighing 0
-
-  // A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range;
-  // an empty one counts as none.
+// A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range; an
+// empty one counts as none.
+TEST(LayerDrawing, GradientArea) {
   FillSettings f;
   f.gradientFitMode = 1;
   f.userGradientArea = {10, 10, 10, 50};
