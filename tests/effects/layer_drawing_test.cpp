@@ -73,7 +73,6 @@ TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
   };
   expect(0, [](FillSettings& f) { f.useGradientTable = 1, f.gradientColours = {0xFF00FF00u}; },
          {16, 16, r, 47, 47, r});
-  expect(4, [](FillSettings&) {}, {16, 16, r, 47, 47, r});
   expect(3, [](FillSettings& f) { f.gradientAngle = NAN; }, {16, 16, r, 47, 47, r});
   // Radial fractions are held to 0 .. 1 (not a number as 0).
   expect(2, [](FillSettings& f) { f.gradientFrom = f.gradientTo = NAN; }, {32, 32, b, 16, 16, b});

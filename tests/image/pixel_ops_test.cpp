@@ -30,18 +30,6 @@ TEST(BlendPixel, Law) {
   for (const auto& c : cases) EXPECT_EQ(BlendPixel(c[0], c[1]), c[2]) << std::hex << c[0] << " " << c[1];
 }
 
-TEST(FlipVertically, SwapsRowsAndRefusesBadShapes) {
-  Pixels odd = {1, 2, 3, 4, 5, 6}, even = {1, 2, 3, 4};
-  EXPECT_TRUE(FlipVertically(odd.data(), 2, 3));
-  EXPECT_EQ(odd, (Pixels{5, 6, 3, 4, 1, 2}));
-  EXPECT_TRUE(FlipVertically(even.data(), 1, 4));
-  EXPECT_EQ(even, (Pixels{4, 3, 2, 1}));
-  EXPECT_FALSE(FlipVertically(nullptr, 2, 2));
-  EXPECT_FALSE(FlipVertically(even.data(), 0, 2));
-  EXPECT_FALSE(FlipVertically(even.data(), 2, -1));
-  EXPECT_EQ(even, (Pixels{4, 3, 2, 1}));
-}
-
 TEST(CopyRectangle, ModesPlaceAndClipTheSourceAndOutsideCopiesNothing) {
   Pixels source = {1, 2, 3, 4}, destination(9, 0u);
   EXPECT_TRUE(CopyRectangle(Placed(source, 2, 2, 2, 1), Placed(destination, 3, 3), CopyMode::kCopy));
