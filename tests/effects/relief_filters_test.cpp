@@ -1,9 +1,8 @@
-// The relief filters: the Outline's bevelled border and the Face's emboss, with the bleed before it.
+// The Face's emboss at its limits, and the colour bleed before it.
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "effects/bevel_filter.h"
 #include "effects/colour_bleed.h"
 #include "effects/emboss_filter.h"
 #include "effects/face_emboss.h"
@@ -14,22 +13,6 @@ namespace {
 
 using namespace effects_test;
 using V = std::vector<uint32_t>;
-TEST(BevelFilter, BorderPassesAndTinyImages) {
-  // Elevation 45: flat shades 255 -> 254, so the grey is 254 and the colour rises by 127, held at 255.
-  BevelFilter bevel;
-  TestImage image(40, 30);
-  image.fillRect(4, 6, 36, 24, Pixel(10, 200, 30, 255));
-  const TestImage before = image;
-  bevel.applyBorder(image.view(), 45.0, 0, 0.0, 2, nullptr);
-  EXPECT_EQ(image.pixels, before.pixels);
-  bevel.applyBorder(image.view(), 45.0, 1, 0.0, 2, nullptr);
-  EXPECT_EQ((std::vector<uint32_t>{image.at(20, 15), image.at(2, 2)}),
-            (std::vector<uint32_t>{Pixel(137, 255, 157, 255), 0}));
-  // A lone pixel is its own neighbourhood: flat, 255 -> 254 -> 253 -> 252 over three passes.
-  TestImage single(1, 1, Pixel(1, 2, 3, 255));
-  bevel.applyBorder(single.view(), 45.0, 3, 0.0, 2, nullptr);
-  EXPECT_EQ(single.at(0, 0), Pixel(126, 127, 128, 255));
-}
 
 TEST(EmbossFilter, NarrowFlatAreasAndTooFewRows) {
   // sin(60 degrees) * 255.9 = 221.6; the sheared neighbourhood of a flat area is flat however narrow.
