@@ -20,12 +20,9 @@ def read_png(path) -> np.ndarray:
 @pytest.fixture
 def run_program(tmp_path):
     """Runs the program with options and text; returns (exit code, image or None, stderr)."""
-    assert PROGRAM.exists(), f"the lettrix program is not at {PROGRAM} (set LETTRIX_PROGRAM)"
-
     def run(args, text):
         out = tmp_path / f"program-{len(list(tmp_path.iterdir()))}.png"
         done = subprocess.run([str(PROGRAM), *args, "-o", str(out), "--text", text], capture_output=True, text=True,
                               timeout=300)
         return done.returncode, read_png(out) if done.returncode == 0 else None, done.stderr
-
     return run

@@ -1,5 +1,5 @@
-"""Keywords are refused as the lettrix program refuses their options, with their Python names; wrong types
-raise TypeError; outline_block and Process take their own ranges at both ends and refuse just outside."""
+"""Keywords take the ends of their ranges and are refused just outside, as the lettrix program refuses their
+options, with their Python names; wrong types raise TypeError; outline_block and Process take their own ranges."""
 
 import re
 
@@ -7,6 +7,7 @@ import pytest
 
 import lettrix
 from lettrix import _keywords
+
 
 def numeric_ends():
     """(keyword, its range's ends, values just outside them) of each numeric keyword, in its own shape; a
@@ -22,34 +23,31 @@ def numeric_ends():
                 [shape(low - step, low), shape(high + step, high)] + ([] if single else [(low, high + step)])
 
 
-@pytest.mark.parametrize("name,ends,outside", list(numeric_ends()), ids=lambda v: v if isinstance(v, str) else "")
-def test_numeric_keyword_takes_the_ends_of_its_range_and_refuses_just_outside(name, ends, outside):
+NUMERIC = list(numeric_ends())
+# Values just outside each numeric range, then malformed ones (a colour tuple has no command-line form).
+REFUSED = [(name, value) for name, _, outside in NUMERIC for value in outside] + [
+    ("face_color", (256, 0, 0)), ("face_color", (0, -1, 0, 0)), ("face_color", "#GG0000"), ("face_colors", "#000000"),
+    ("face_stops", []), ("face_stops", ["#102030"] * 256), ("face_stops", [("#000000", -1), ("#FFFFFF", 1)]),
+    ("face_gradient_area", (5, 0, 5, 10)), ("face_gradient", "radial:-0.001,1"), ("align", "middle"),
+    ("language", "not a tag"), ("features", "liga=?")]
+
+
+@pytest.mark.parametrize("name,ends", [(name, ends) for name, ends, _ in NUMERIC], ids=[n[0] for n in NUMERIC])
+def test_numeric_keyword_takes_the_ends_of_its_range(name, ends):
     for value in ends:
         _keywords.settings_from(None, {name: value})
-    for value in outside:
-        with pytest.raises(ValueError, match=f"^{name}: .*{re.escape(_keywords.KEYWORDS[name].range)}"):
-            lettrix.render("x", **{name: value})
 
 
-# (keyword, a value out of range or malformed), refused by the program too where it has a command-line form.
-REFUSED = [("size", 1001), ("shadow_offset", (0, 2001)), ("face_color", (256, 0, 0)), ("face_color", (0, -1, 0, 0)),
-           ("face_color", "#GG0000"), ("face_colors", "#000000"), ("face_stops", []), ("face_stops", ["#102030"] * 256),
-           ("face_stops", [("#000000", -1), ("#FFFFFF", 1)]), ("face_gradient_area", (5, 0, 5, 10)),
-           ("face_gradient", "radial:-0.001,1"), ("align", "middle"), ("language", "not a tag"), ("features", "liga=?")]
-
-
-@pytest.mark.parametrize("name,value", REFUSED)
+@pytest.mark.parametrize("name,value", REFUSED, ids=[name for name, _ in REFUSED])
 def test_value_out_of_range_is_refused_as_the_program_refuses_it(run_program, name, value):
-    with pytest.raises(ValueError) as refused:
+    with pytest.raises(ValueError, match=f"^{name}: .*{re.escape(_keywords.KEYWORDS[name].range)}") as refused:
         lettrix.render("x", **{name: value})
-    message = str(refused.value)
-    assert message.startswith(name + ": ") and _keywords.KEYWORDS[name].range in message
-    try:  # a colour tuple out of range has no command-line form
+    try:
         args = _keywords.command_line(None, {name: value})
     except ValueError:
         return
     code, _, stderr = run_program(args, "x")
-    assert code == 2 and message[len(name) + 2:].split("; " + name + " takes")[0] in stderr
+    assert code == 2 and str(refused.value)[len(name) + 2:].split("; " + name + " takes")[0] in stderr
 
 
 @pytest.mark.parametrize("name,value", [
