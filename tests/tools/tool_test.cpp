@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "compose/composition.h"
 #include "tests/support/refusal.h"
@@ -18,8 +17,6 @@
 namespace lxt {
 namespace {
 
-using lx::test::Refusal;
-
 // A fresh folder, removed with everything in it when the object goes.
 struct TempDir {
   std::string dir = std::filesystem::temp_directory_path() / "lettrix-tools-XXXXXX";
@@ -30,36 +27,31 @@ struct TempDir {
 };
 
 std::string ReadText(const std::string& path) {
-  std::stringstream s;
-  s << std::ifstream(path, std::ios::binary).rdbuf();
-  return s.str();
-}
-void WriteBytes(const std::string& path, const std::vector<uint8_t>& bytes) {
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  const std::vector<uint8_t> bytes = ReadWholeFile(path, "file");
+  return std::string(bytes.begin(), bytes.end());
 }
 void ExpectRefused(const std::function<void()>& f, int exitCode, const std::string& message) {
-  EXPECT_NE(Refusal(f, exitCode).find(message), std::string::npos) << message;
+  EXPECT_NE(lx::test::Refusal(f, exitCode).find(message), std::string::npos) << message;
 }
 
-// The lettrix program's exit status, standard output and error for `args`, reading `input`.
-std::tuple<int, std::string, std::string> RunLettrix(const std::vector<std::string>& args,
-                                                     const std::string& input = "/dev/null") {
+// The lettrix program's exit status and what it wrote to standard output and error, for `args`.
+std::pair<int, std::string> RunLettrix(const std::vector<std::string>& args,
+                                       const std::string& input = "/dev/null") {
   const auto quote = [](const std::string& s) {
     std::string q = "'";
     for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return q + "'";
   };
-  TempDir capture;
-  std::string command = quote(LETTRIX_CLI_PATH);
+  std::string command = quote(LETTRIX_CLI_PATH), output;
   for (const std::string& a : args) command += " " + quote(a);
-  const int status = std::system(
-      (command + " >" + capture.path("out") + " 2>" + capture.path("err") + " <" + quote(input)).c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(capture.path("out")),
-          ReadText(capture.path("err"))};
+  FILE* pipe = popen((command + " 2>&1 <" + quote(input)).c_str(), "r");
+  for (int c; (c = std::fgetc(pipe)) != EOF;) output += char(c);
+  const int status = pclose(pipe);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
 ProgramInfo Native(bool png = true, bool fontconfig = true) {
-  return ProgramInfo{"lettrix", "", fontconfig, png, true, ""};
+  return {"lettrix", "", fontconfig, png, true, ""};
 }
 Job Parse(std::vector<std::string> args) {
   args.insert(args.begin(), {"-o", "out.png"});
@@ -81,18 +73,15 @@ TEST(ToolOptions, TextFormsPresetsInOrderHelpAndTheProgramsOwnLimits) {
                 Parse({"-s48", "A"}).pixelSize,
             144);
   // A preset lays down its settings where it stands; without a text its sample words are drawn.
-  const int glowBlur = Parse({"A", "--preset", "glow"}).shadowBlur;
   EXPECT_EQ(std::make_pair(Parse({"A", "--preset", "glow", "--shadow-blur", "3"}).shadowBlur,
                            Parse({"A", "--shadow-blur", "3", "--preset", "glow"}).shadowBlur),
-            std::make_pair(3, glowBlur));
+            std::make_pair(3, Parse({"A", "--preset", "glow"}).shadowBlur));
   EXPECT_EQ(Parse({"--preset", "neon"}).text, lx::compose::FindPreset("neon")->sampleText);
   EXPECT_EQ(ParseCommandLine({"A", "-o", "A.TGA"}, Native()).job.output, "A.TGA");
-  const std::pair<std::vector<std::string>, const char*> mistakes[] = {
-      {{"-o", "a.tga", "--text", ""}, "empty"},
-      {{"A", "-o", "a.png"}, "TGA only"},  // a program without PNG and fontconfig
-      {{"A", "-o", "a.tga", "--family", "Sans"}, "--font"},
-  };
-  for (const auto& [args, message] : mistakes)
+  // A program without PNG and fontconfig (the Windows demo).
+  for (const auto& [args, message] :
+       {std::make_pair(std::vector<std::string>{"A", "-o", "a.png"}, "TGA only"),
+        std::make_pair(std::vector<std::string>{"A", "-o", "a.tga", "--family", "S"}, "--font")})
     ExpectRefused([&] { ParseCommandLine(args, Native(false, false)); }, kExitBadUsage, message);
   // The help names every option with its value and range (long ranges wrap onto the next line).
   const std::string help = HelpText(Native());
@@ -109,7 +98,7 @@ TEST(ToolOptions, TextFormsPresetsInOrderHelpAndTheProgramsOwnLimits) {
     EXPECT_NE(PresetListText().find("  " + p.name + " "), std::string::npos) << p.name;
 }
 
-TEST(ToolFiles, ImagesAndTexturesRoundTripDamagedOnesAreRefusedByNameAndWritingIsAllOrNothing) {
+TEST(ToolFiles, ImagesRoundTripDamagedOnesAreRefusedByNameAndWritingIsAllOrNothing) {
   Image image(3, 2);
   image.pixels = {0xFF102030, 0x80FFFFFF, 0x00000000, 0x12345678, 0xFFFF0000, 0x7F00FF00};
   const std::vector<uint8_t> tga = EncodeTga(image);
@@ -132,38 +121,29 @@ TEST(ToolFiles, ImagesAndTexturesRoundTripDamagedOnesAreRefusedByNameAndWritingI
   ExpectRefused([&] { WriteFileAtomically(dir.path("missing/out.bin"), {1}); }, kExitFailed, "");
   EXPECT_EQ(dir.count(), 1u);
   // Textures come out top row first as RGBA: 1 x 2, 24 bits, blue stored below red.
-  WriteBytes(dir.path("t.tga"), Tga(2, 1, 2, 24, 0, {255, 0, 0, 0, 0, 255}));
+  WriteFileAtomically(dir.path("t.tga"), Tga(2, 1, 2, 24, 0, {255, 0, 0, 0, 0, 255}));
   EXPECT_EQ(ReadTextureFile("t.tga", dir.path("t.tga"), nullptr, "x").pixels,
             (std::vector<uint8_t>{255, 0, 0, 255, 0, 0, 255, 255}));
-  WriteBytes(dir.path("p.png"), {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
-  const PngDecoder onePixel = [](const std::vector<uint8_t>&, const std::string&) {
-    return Image(1, 1, PackPixel(1, 2, 3, 4));
-  };
-  EXPECT_EQ(ReadTextureFile("p.png", dir.path("p.png"), onePixel, "x").pixels,
-            (std::vector<uint8_t>{1, 2, 3, 4}));
+  WriteFileAtomically(dir.path("p.png"), {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A});
   EXPECT_EQ(
-      Refusal([&] { ReadTextureFile("p.png", dir.path("p.png"), nullptr, "lettrix-demo"); }, kExitFailed),
-      "'p.png' is a PNG file; lettrix-demo reads TGA textures only");
-  // Shorter than PNG's signature: read as TGA, and too short for that.
-  WriteBytes(dir.path("short"), {0x89, 'P', 'N', 'G'});
-  EXPECT_EQ(Refusal([&] { ReadTextureFile("short.tga", dir.path("short"), onePixel, "x"); }, kExitFailed),
-            "cannot read TGA file 'short.tga': too short for a TGA header");
+      lx::test::Refusal([&] { ReadTextureFile("p.png", dir.path("p.png"), nullptr, "demo"); }, kExitFailed),
+      "'p.png' is a PNG file; demo reads TGA textures only");
 }
 
 TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
   TempDir dir;
   const std::string out = dir.path("out.png"), none = dir.path("none"), bad = dir.path("bad");
-  WriteBytes(bad + ".png", {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 0});
-  WriteBytes(bad + ".tga", {0, 0, 2, 0});
-  WriteBytes(bad + ".long", {200, 0, 0, 0, 24, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0});  // runs past the end
-  WriteBytes(bad + ".ttf", {'n', 'o', 't', ' ', 'a', ' ', 'f', 'o', 'n', 't'});
-  WriteBytes(bad + ".txt", {'w'});
+  WriteFileAtomically(bad + ".png", {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 0});
+  WriteFileAtomically(bad + ".tga", {0, 0, 2, 0});
+  WriteFileAtomically(bad + ".long",
+                      {200, 0, 0, 0, 24, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0});  // runs past the end
+  WriteFileAtomically(bad + ".ttf", {'n', 'o', 't', ' ', 'a', ' ', 'f', 'o', 'n', 't'});
   // Setting mistakes are the composition layer's and refused by it; these are the program's own.
   const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
       {{"-o", out, "--bogus", "Hi"}, 2, "unknown option '--bogus'"},
-      {{"-o", out, "--face-blur", "300", "Hi"}, 2, "--face-blur: 300 is out of range (0..254)"},
+      {{"-o", out, "--text", ""}, 2, "empty"},
       {{"-o", out}, 2, "no text given"},
-      {{"-o", out, "--text-file", bad + ".txt", "Hi"}, 2, "given twice"},
+      {{"-o", out, "--text-file", bad + ".png", "Hi"}, 2, "given twice"},
       {{"Hi"}, 2, "no output file given"},
       {{"-o", dir.path("out.jpg"), "Hi"}, 2, "must end in .png or .tga"},
       {{"-o", dir.path("no/such/folder/out.png"), "Hi"}, 1, "cannot write"},
@@ -182,18 +162,18 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
       {{"-o", out, "ab\xff\xfe"}, 1, "not valid UTF-8"},
   };
   for (const auto& [args, exitCode, message] : cases) {
-    const auto [status, stdOut, err] = RunLettrix(args);
+    const auto [status, err] = RunLettrix(args);
     EXPECT_EQ(status, exitCode) << err;
     EXPECT_EQ(err.rfind("lettrix: ", 0) + err.find('\n') + 1, err.size()) << "one line: " << err;
     EXPECT_NE(err.find(message), std::string::npos) << err;
-    EXPECT_EQ(stdOut + std::to_string(dir.count()), "5") << message;  // no output, no file
+    EXPECT_EQ(dir.count(), 4u) << message;  // no file
   }
   // A failed run leaves an old picture alone; a good one replaces it.
-  WriteBytes(out, {'o', 'l', 'd'});
-  EXPECT_EQ(std::get<0>(RunLettrix({"-o", out, "--font", none + ".ttf", "Hi"})), 1);
+  WriteFileAtomically(out, {'o', 'l', 'd'});
+  EXPECT_EQ(RunLettrix({"-o", out, "--font", none + ".ttf", "Hi"}).first, 1);
   EXPECT_EQ(ReadText(out), "old");
-  EXPECT_EQ(std::get<0>(RunLettrix({"-o", out, "Hi"})), 0);
-  EXPECT_EQ(ReadText(out).substr(1, 3) + std::to_string(dir.count()), "PNG6");
+  EXPECT_EQ(RunLettrix({"-o", out, "Hi"}), std::make_pair(0, std::string()));
+  EXPECT_EQ(ReadText(out).substr(1, 3) + std::to_string(dir.count()), "PNG5");
 }
 
 TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
@@ -201,8 +181,7 @@ TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
   const auto picture = [&](std::vector<std::string> args, const std::string& file = "out.png",
                            const std::string& input = "/dev/null") {
     args.insert(args.end(), {"-o", dir.path(file)});
-    const auto [status, stdOut, err] = RunLettrix(args, input);
-    EXPECT_EQ(status, 0) << err;
+    EXPECT_EQ(RunLettrix(args, input), std::make_pair(0, std::string()));
     const std::vector<uint8_t> bytes = ReadWholeFile(dir.path(file), "picture");
     return (file.back() == 'a' ? DecodeTga(bytes, file) : DecodePng(bytes, file)).pixels;
   };
@@ -213,26 +192,20 @@ TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
   EXPECT_EQ(picture(options), composed);
   EXPECT_EQ(picture(options, "out.tga"), composed);
   // From a file or standard input; the final line feed makes no third line.
-  WriteBytes(dir.path("words.txt"), {'T', 'w', 'o', '\n', 'l', 'i', 'n', 'e', 's', '\n'});
+  WriteFileAtomically(dir.path("words.txt"), {'T', 'w', 'o', '\n', 'l', 'i', 'n', 'e', 's', '\n'});
   options.end()[-2] = "--text-file", options.back() = dir.path("words.txt");
   EXPECT_EQ(picture(options), composed);
   options.back() = "-";
   EXPECT_EQ(picture(options, "out.png", dir.path("words.txt")), composed);
-  // The default font, by file and by family; an outline block dumped and drawn again.
-  const std::vector<uint32_t> bold =
-      picture({"--font", "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf", "Aa"});
-  EXPECT_EQ(picture({"Aa"}), bold);
-  EXPECT_EQ(picture({"--family", "DejaVu Sans:bold", "Aa"}), bold);
-  EXPECT_NE(picture({"--family", "DejaVu Sans", "Aa"}), bold);
+  // An outline block dumped and drawn again; help and the presets go to standard output.
   const std::vector<uint32_t> gold =
       picture({"--preset", "gold", "--dump-outline", dir.path("au.block"), "Au"});
   EXPECT_EQ(picture({"--preset", "gold", "--outline-block", dir.path("au.block")}), gold);
-  // Help and the presets go to standard output.
-  const auto [helpStatus, help, helpErr] = RunLettrix({"--help"});
-  EXPECT_EQ(std::make_tuple(helpStatus, help.find("--output FILE") != std::string::npos,
-                            help.find("--shadow-offset X,Y") != std::string::npos, helpErr),
-            std::make_tuple(0, true, true, ""));
-  EXPECT_EQ(RunLettrix({"--list-presets"}), std::make_tuple(0, PresetListText(), ""));
+  const auto [helpStatus, help] = RunLettrix({"--help"});
+  EXPECT_EQ(std::make_tuple(helpStatus, help.find("--output FILE") < help.size(),
+                            help.find("--shadow-offset X,Y") < help.size()),
+            std::make_tuple(0, true, true));
+  EXPECT_EQ(RunLettrix({"--list-presets"}), std::make_pair(0, PresetListText()));
 }
 
 }  // namespace

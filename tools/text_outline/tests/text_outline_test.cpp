@@ -1,5 +1,5 @@
-// The outline helper: contours to block records, the box a block measures, font names, and one line of text
-// placed on its baseline.
+// The outline helper: contours to block records, the box a block measures, one line of text placed on its
+// baseline. (Font names are checked by the Windows demo's comparison, which selects its font by them.)
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -43,21 +43,16 @@ TEST(AppendContour, LinesAndConicRunsBecomeRecordsWithTheClosingEdgeImplied) {
   EXPECT_FALSE(detail::AppendContour({On(0, 0), {F, F, PointKind::kCubic}, On(3, 0)}, &block));
   EXPECT_TRUE(detail::AppendContour({On(4, 4)}, &block) && detail::AppendContour({}, &block) &&
               block.empty());
-  int32_t f = 0;
-  EXPECT_TRUE(detail::ToFixed(1.5, &f) && f == 98304 && detail::ToFixed(-2.0, &f) && f == -2 * F);
-  EXPECT_FALSE(detail::ToFixed(32768.0, &f) || detail::ToFixed(-40000.0, &f));
 }
 
 TEST(MeasureOutlineBlock, RoundsTheStartHalfUpBoxesTheRestOutwardAndRefusesMalformedBlocks) {
-  std::vector<uint8_t> block, below;
+  std::vector<uint8_t> block;
   // Start at (10.5, 3), which enters as 11; a line point at (0.2, 9.7).
   ASSERT_TRUE(detail::AppendContour(
       {{10 * F + F / 2, 3 * F, PointKind::kOn}, {F / 5, 9 * F + 7 * F / 10, PointKind::kOn}, On(4, 5)},
       &block));
   const InkBox box = MeasureOutlineBlock(block.data(), block.size());
   EXPECT_EQ(std::vector<int>({box.left, box.top, box.right, box.bottom}), std::vector<int>({0, 3, 11, 10}));
-  ASSERT_TRUE(detail::AppendContour({{F / 2 - 1, 0, PointKind::kOn}, On(-3, 2), On(-3, -2)}, &below));
-  EXPECT_EQ(MeasureOutlineBlock(below.data(), below.size()).right, 0);       // 0.49998 rounds down
   EXPECT_TRUE(MeasureOutlineBlock(block.data(), block.size() - 1).empty());  // the size runs past the end
   EXPECT_TRUE(MeasureOutlineBlock(nullptr, block.size()).empty());
   // Not TT_POLYGON_TYPE; a record claiming nine points; a size of 0, which would never advance.
@@ -91,16 +86,6 @@ TEST(BuildOutlineBlock, PlacesGlyphsOnTheBaselineWithKerningAndRefusesBadLinesAn
   }
   EXPECT_FALSE(BuildOutlineBlock(TextLine{kDefaultFontPath, "ok", 32, 32760}, &out, nullptr));  // past 32767
   EXPECT_TRUE(out.bytes.empty());
-  // The GDI side finds a font file's face by its family, weight and slant.
-  std::vector<uint8_t> file;
-  detail::FontFileInfo info;
-  ASSERT_TRUE(detail::ReadWholeFile("/usr/share/fonts/truetype/dejavu/DejaVuSans-Oblique.ttf", &file) &&
-              detail::ReadFontFileInfo(file, &info));
-  EXPECT_EQ(std::make_tuple(info.family, info.weight, info.italic),
-            std::make_tuple(std::u16string(u"DejaVu Sans"), 400, true));
-  file.resize(40);
-  EXPECT_FALSE(detail::ReadFontFileInfo(file, &info) ||
-               detail::ReadWholeFile("/nonexistent/font.ttf", &file));
 }
 
 }  // namespace
