@@ -6,10 +6,10 @@ import threading
 
 import numpy as np
 import pytest
+from PIL import Image
 
 import lettrix
 from lettrix import _keywords
-from conftest import read_png
 
 
 def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tmp_path, run_program):
@@ -19,7 +19,8 @@ def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tm
     edge = word[(word[..., 3] > 0) & (word[..., 3] < 255)]
     assert len(edge) > 100 and (edge[:, :3] == 255).all()
     lettrix.save(word, tmp_path / "word.png")
-    assert np.array_equal(read_png(tmp_path / "word.png"), word) and np.array_equal(np.array(lettrix.to_pil(word)), word)
+    assert np.array_equal(np.array(Image.open(tmp_path / "word.png")), word)
+    assert np.array_equal(np.array(lettrix.to_pil(word)), word)
     # A texture file is read as the program reads it.
     stripes = np.zeros((8, 8, 4), np.uint8)
     stripes[::2, :, 0] = stripes[1::2, :, 2] = stripes[..., 3] = 255
@@ -68,8 +69,14 @@ def test_outline_block_drawn_by_render_block_and_by_a_process_shared_by_threads(
             t.join()
         assert process.set_face_gradient_colors([0xFF0000FF, 0xFFFF0000], [1, 2])
         assert not process.set_face_user_gradient_area(0, 0, 0, 0)
-        with pytest.raises(ValueError, match="colours"):
-            process.set_face_gradient_colors([])
+        # Setters take the library's argument types (a byte, a 32-bit integer), refused by name outside them.
+        for call, message in [
+                (lambda: process.set_face_gradient_colors([]), "colours"),
+                (lambda: process.set_color_face_start(0, 0, 256, 0), r"^green: 256 is out of range \(0..255\)"),
+                (lambda: process.set_translation(0, -2**31 - 1), r"^dy: -2147483649 is out of range")]:
+            with pytest.raises(ValueError, match=message):
+                call()
+        process.set_translation(-2**31, 2**31 - 1)
     assert all(np.array_equal(b, alone) for b in buffers)
     # Blue, green, red, alpha in memory: a red Face has its red in the third byte.
     solid = alone[alone[..., 3] == 255]

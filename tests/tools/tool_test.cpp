@@ -135,8 +135,10 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
   const std::string out = dir.path("out.png"), none = dir.path("none"), bad = dir.path("bad");
   WriteFileAtomically(bad + ".png", {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n', 0, 0, 0, 0});
   WriteFileAtomically(bad + ".tga", {0, 0, 2, 0});
-  WriteFileAtomically(bad + ".long",
-                      {200, 0, 0, 0, 24, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0});  // runs past the end
+  // Outline blocks whose contour runs past the end, is not of type 24, or has a size of 0 (never advancing).
+  for (const auto& [name, size, type] :
+       {std::make_tuple(".long", 200, 24), {".type", 16, 25}, {".zero", 0, 24}})
+    WriteFileAtomically(bad + name, {uint8_t(size), 0, 0, 0, uint8_t(type), 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0});
   WriteFileAtomically(bad + ".ttf", {'n', 'o', 't', ' ', 'a', ' ', 'f', 'o', 'n', 't'});
   // Setting mistakes are the composition layer's and refused by it; these are the program's own.
   const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
@@ -158,6 +160,8 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
        1,
        "cannot read TGA file"},
       {{"-o", out, "--outline-block", bad + ".long"}, 1, "is not an outline block"},
+      {{"-o", out, "--outline-block", bad + ".type"}, 1, "is not an outline block"},
+      {{"-o", out, "--outline-block", bad + ".zero"}, 1, "is not an outline block"},
       {{"-o", out, "--font", bad + ".ttf", "Hi"}, 1, bad + ".ttf"},
       {{"-o", out, "ab\xff\xfe"}, 1, "not valid UTF-8"},
   };
@@ -166,14 +170,14 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
     EXPECT_EQ(status, exitCode) << err;
     EXPECT_EQ(err.rfind("lettrix: ", 0) + err.find('\n') + 1, err.size()) << "one line: " << err;
     EXPECT_NE(err.find(message), std::string::npos) << err;
-    EXPECT_EQ(dir.count(), 4u) << message;  // no file
+    EXPECT_EQ(dir.count(), 6u) << message;  // no file
   }
   // A failed run leaves an old picture alone; a good one replaces it.
   WriteFileAtomically(out, {'o', 'l', 'd'});
   EXPECT_EQ(RunLettrix({"-o", out, "--font", none + ".ttf", "Hi"}).first, 1);
   EXPECT_EQ(ReadText(out), "old");
   EXPECT_EQ(RunLettrix({"-o", out, "Hi"}), std::make_pair(0, std::string()));
-  EXPECT_EQ(ReadText(out).substr(1, 3) + std::to_string(dir.count()), "PNG5");
+  EXPECT_EQ(ReadText(out).substr(1, 3) + std::to_string(dir.count()), "PNG7");
 }
 
 TEST(ToolRun, ThePictureIsTheCompositionLayersFromEverySource) {
