@@ -85,34 +85,23 @@ TEST(OptionTable, ValuesReachTheirSettingsAtTheEndsOfTheirRanges) {
             Line(40, int(FillKind::kStops), 3, "1b1b1fff"));
 }
 
-// Each numeric option's range is checked at both ends, and just outside them, through the Python keywords.
+// Ends of the numeric ranges, and the malformed values the Python keywords share, are refused by Python's
+// tests with the program's messages; these are the rest.
 TEST(OptionTable, MalformedValuesAreRefusedWithTheOptionsNameAndLeaveTheSettingsAlone) {
-  std::string manyStops = "face-stops=red";
-  for (int i = 0; i < 255; ++i) manyStops += ",blue";
   const std::pair<std::string, const char*> cases[] = {
       {"size=12px", "--size: '12px' is not a whole number (4..1000)"},
-      {"align=middle", "--align: 'middle' is not an alignment (left, centre or right)"},
-      {"language=en_US", "--language: 'en_US' is not a language tag"},
-      {"features=kern,,liga", "--features: '' is not an OpenType feature setting"},
       {"bevel=yes", "--bevel takes no value"},
       {"nonsense=1", "unknown option '--nonsense'"},
       {"canvas=100", "WxH"},
-      {"face-colors=red", "START,END"},
-      {manyStops, "at most 255"},
-      {"face-gradient=radial:0.5", "two fractions"},
-      {"face-gradient-area=10,10,10,50", "empty rectangle"},
       {"face-color=#12", "--face-color: '#12' is not a colour (#RGB"},
-      {"face-color=#ggg", "'#ggg' is not a colour"},
-      {"preset=sparkle", "--preset: no preset named 'sparkle' (see --list-presets)"},
+      {"align=middle", "--align: 'middle' is not an alignment (left, centre or right)"},
   };
-  for (const auto& [option, message] : cases) {
-    Settings s;
-    const auto set = [&] {
-      option.rfind("preset=", 0) ? (void)(s = Set(option)) : ApplyPreset(s, option.substr(7));
-    };
-    EXPECT_NE(Refusal(set, 2).find(message), std::string::npos) << message;
-  }
+  for (const auto& [option, message] : cases)
+    EXPECT_NE(Refusal([&] { Set(option); }, 2).find(message), std::string::npos);
   Settings s = Set("face-stops=red,blue");
+  EXPECT_NE(
+      Refusal([&] { ApplyPreset(s, "sparkle"); }, 2).find("no preset named 'sparkle' (see --list-presets)"),
+      std::string::npos);
   EXPECT_THROW(SetOption(s, "face-stops", "red,nocolour"), Error);
   EXPECT_THROW(SetOption(s, "shadow-offset", "3,9999"), Error);
   EXPECT_EQ(s.face.stops.size() + s.shadowX, 2u);
