@@ -11,7 +11,7 @@ import lettrix
 from lettrix import _keywords
 
 
-def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tmp_path, run_program):
+def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tmp_path):
     word = lettrix.render("Word", size=48)
     assert word.dtype == np.uint8 and word.shape[2] == 4 and word.flags.c_contiguous
     # The default Face is white: straight alpha keeps it white where it is partly covered, too.
@@ -20,13 +20,6 @@ def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tm
     lettrix.save(word, tmp_path / "word.png")
     assert np.array_equal(np.array(Image.open(tmp_path / "word.png")), word)
     assert np.array_equal(np.array(lettrix.to_pil(word)), word)
-    # A texture file is read as the program reads it.
-    stripes = np.zeros((8, 8, 4), np.uint8)
-    stripes[::2, :, 0] = stripes[1::2, :, 2] = stripes[..., 3] = 255
-    lettrix.save(stripes, tmp_path / "stripes.png")
-    keywords = dict(size=64, face_texture=str(tmp_path / "stripes.png"))
-    program = run_program(_keywords.command_line(None, keywords), "Tx")[1]
-    assert np.array_equal(lettrix.render("Tx", **keywords), program)
     folder = tmp_path / "failures"
     folder.mkdir()
     (folder / "kept.png").write_bytes(b"old")

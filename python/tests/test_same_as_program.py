@@ -1,14 +1,32 @@
-"""lettrix.render and the lettrix program, given the same settings, draw the same pixels, and refuse the same
-values with the same messages (with the keywords' Python names); wrong types raise TypeError; outline_block takes
-the text library's ranges."""
+"""lettrix.render and the lettrix program (of the same build), given the same settings, draw the same pixels and
+refuse the same values with the same messages (with the keywords' Python names); wrong types raise TypeError;
+outline_block takes the text library's ranges."""
 
+import os
 import re
+import subprocess
+from pathlib import Path
 
 import numpy as np
 import pytest
+from PIL import Image
 
 import lettrix
 from lettrix import _keywords
+
+PROGRAM = Path(os.environ.get("LETTRIX_PROGRAM", Path(__file__).resolve().parents[2] / "build/native/bin/lettrix"))
+
+
+@pytest.fixture
+def run_program(tmp_path):
+    """Runs the program with options and text; returns (exit code, its RGBA image or None, stderr)."""
+    def run(args, text):
+        out = tmp_path / f"program-{len(list(tmp_path.iterdir()))}.png"
+        done = subprocess.run([str(PROGRAM), *args, "-o", str(out), "--text", text], capture_output=True, text=True,
+                              timeout=300)
+        return done.returncode, np.array(Image.open(out)) if done.returncode == 0 else None, done.stderr
+    return run
+
 
 # Every preset, and combinations that reach every kind of value: tuples, colour tuples, stops with
 # weights, switches over a preset, layout options, a fixed canvas and a generated texture.
@@ -34,6 +52,15 @@ def test_render_draws_as_the_program_does(run_program, text, keywords):
     assert np.array_equal(lettrix.render(text, preset=preset, **keywords), theirs)
     if keywords == dict(size=64):  # without a text, a preset draws its sample words
         assert np.array_equal(lettrix.render(preset=preset, size=64), theirs)
+
+
+def test_texture_file_is_read_as_the_program_reads_it(run_program, tmp_path):
+    stripes = np.zeros((8, 8, 4), np.uint8)
+    stripes[::2, :, 0] = stripes[1::2, :, 2] = stripes[..., 3] = 255
+    lettrix.save(stripes, tmp_path / "stripes.png")
+    keywords = dict(size=64, face_texture=str(tmp_path / "stripes.png"))
+    program = run_program(_keywords.command_line(None, keywords), "Tx")[1]
+    assert np.array_equal(lettrix.render("Tx", **keywords), program)
 
 
 def numeric_ends():
