@@ -44,9 +44,10 @@ std::pair<int, std::string> RunLettrix(const std::vector<std::string>& args,
   };
   std::string command = quote(LETTRIX_CLI_PATH), output;
   for (const std::string& a : args) command += " " + quote(a);
-  FILE* pipe = popen((command + " 2>&1 <" + quote(input)).c_str(), "r");
-  for (int c; (c = std::fgetc(pipe)) != EOF;) output += char(c);
-  const int status = pclose(pipe);
+  FILE* program = popen((command + " 2>&1 <" + quote(input)).c_str(), "r");
+  if (program == nullptr) return {-1, "cannot start " + command};
+  for (int c; (c = std::fgetc(program)) != EOF;) output += char(c);
+  const int status = pclose(program);
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
@@ -157,7 +158,8 @@ TEST(ToolRun, EachMistakeGetsOneLineItsStatusAndNoFile) {
   for (const auto& [args, exitCode, message] : cases) {
     const auto [status, err] = RunLettrix(args);
     EXPECT_EQ(status, exitCode) << err;
-    EXPECT_EQ(err.rfind("lettrix: ", 0) + err.find('\n') + 1, err.size()) << "one line: " << err;
+    EXPECT_EQ(err.rfind("lettrix: ", 0) + err.find('\n') + 1, err.size())
+        << "one line, starting 'lettrix: ': " << err;
     EXPECT_NE(err.find(message), std::string::npos) << err;
     EXPECT_EQ(dir.count(), 6u) << message;  // no file
   }
