@@ -9,10 +9,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
+#include "tests/support/crasher_files.h"
 #include "tests/support/crosscheck_scenes.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
@@ -20,15 +20,9 @@
 namespace lx::test {
 namespace {
 
-std::vector<uint8_t> ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
 bool WriteFile(const std::string& path, const void* data, size_t size) {
   std::ofstream out(path, std::ios::binary);
-  out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
-  return static_cast<bool>(out);
+  return static_cast<bool>(out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size)));
 }
 
 uint64_t Fnv1a(const std::vector<uint32_t>& pixels) {
@@ -45,41 +39,31 @@ TEST_P(CrossCheck, SameBlockAndSettingsGiveTheSamePixels) {
   const CrossScene& s = GetParam();
   const char* native = std::getenv("LETTRIX_NATIVE_BUILD");
   const bool compare = native != nullptr && *native != '\0';
-  const std::string ownDir = "crosscheck";
-  const std::string inDir = compare ? std::string(native) + "/bin/crosscheck" : ownDir;
-
-  std::vector<uint8_t> bytes;
-  if (compare) {
-    bytes = ReadFile(inDir + "/" + s.name + ".block");
-    ASSERT_FALSE(bytes.empty()) << "no block from the native run in " << inDir;
-  } else {
-    const std::string recorded = std::string(LETTRIX_REFERENCE_DIR) + "/" + s.name + ".block";
-    bytes = ReadFile(recorded);
-    if (bytes.empty()) {
-      const TextScene laidOut(s.text, s.pixelSize, 6, s.height * 0.75);
-      bytes = laidOut.bytes();
-      ASSERT_TRUE(WriteFile(recorded, bytes.data(), bytes.size()));
-      ADD_FAILURE() << "recorded a new block: " << recorded;
-    }
+  const std::string own = std::string("crosscheck/") + s.name,
+                    recorded = std::string(LETTRIX_REFERENCE_DIR) + "/" + s.name + ".block",
+                    in = compare ? std::string(native) + "/bin/" + own : recorded;
+  std::vector<uint8_t> bytes = ReadBytes(compare ? in + ".block" : recorded);
+  if (bytes.empty()) {
+    ASSERT_FALSE(compare) << "no block from the native run in " << in;
+    bytes = TextScene(s.text, s.pixelSize, 6, s.height * 0.75).bytes();
+    ASSERT_TRUE(WriteFile(recorded, bytes.data(), bytes.size()));
+    ADD_FAILURE() << "recorded a new block: " << recorded;
   }
-  const TextScene scene(bytes);
   Process p;
   s.apply(p);
   Image image(s.width, s.height, s.ground);
-  ASSERT_TRUE(p.render(scene, image));
+  ASSERT_TRUE(p.render(TextScene(bytes), image));
   ASSERT_GT(image.countOther(s.ground), 0u) << "the scene draws something";
-
+  const auto* got = reinterpret_cast<const uint8_t*>(image.pixels().data());
   if (!compare) {
     EXPECT_EQ(Fnv1a(image.pixels()), s.reference) << std::hex << "0x" << Fnv1a(image.pixels());
-    std::filesystem::create_directories(ownDir);
-    ASSERT_TRUE(WriteFile(ownDir + "/" + s.name + ".block", bytes.data(), bytes.size()));
-    ASSERT_TRUE(
-        WriteFile(ownDir + "/" + s.name + ".pixels", image.pixels().data(), image.pixels().size() * 4));
+    std::filesystem::create_directories("crosscheck");
+    ASSERT_TRUE(WriteFile(own + ".block", bytes.data(), bytes.size()));
+    ASSERT_TRUE(WriteFile(own + ".pixels", got, image.pixels().size() * 4));
     return;
   }
-  const std::vector<uint8_t> expected = ReadFile(inDir + "/" + s.name + ".pixels");
+  const std::vector<uint8_t> expected = ReadBytes(in + ".pixels");
   ASSERT_EQ(expected.size(), image.pixels().size() * 4);
-  const auto* got = reinterpret_cast<const uint8_t*>(image.pixels().data());
   size_t differing = 0, beyondOne = 0;
   for (size_t i = 0; i < expected.size(); ++i) {
     differing += got[i] != expected[i];

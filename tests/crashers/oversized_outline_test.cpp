@@ -11,6 +11,7 @@
 #include "api/process_handle.h"
 #include "render/render_process.h"
 #include "tests/support/contour_records.h"
+#include "tests/support/crasher_files.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
 
@@ -23,21 +24,6 @@ std::vector<uint8_t> Contour(const std::vector<FxPoint>& points) {
   return r.bytes();
 }
 
-// A right triangle with 10500-pixel legs whose corner lies far above and to the left of the buffer, so
-// that the whole buffer lies deep inside it, more than a full blur's reach from every edge.
-const std::vector<uint8_t> kHugeTriangle = Contour({Pt(-4000, -4000), Pt(6500, -4000), Pt(-4000, 6500)});
-
-// An outline block the fuzzer found: contours thousands of pixels across whose part near the 64 x 44
-// buffer holds no pixel at the Shadow's full alpha.
-const std::vector<uint8_t> kThinNearTheBuffer = {
-    0x4c, 0x00, 0x00, 0x00, 0x18, 0x00, 0x00, 0x00, 0x00, 0xd4, 0x0c, 0x00, 0x00, 0xd0, 0x14, 0x00,
-    0x00, 0x4b, 0x07, 0x00, 0x00, 0xc4, 0x05, 0x00, 0x00, 0xd0, 0x14, 0x00, 0x00, 0xa8, 0x00, 0x18,
-    0x00, 0xfb, 0x62, 0x69, 0x00, 0x00, 0x1e, 0x70, 0x00, 0x00, 0x18, 0x00, 0x00, 0x98, 0x06, 0x00,
-    0x00, 0x80, 0x06, 0x00, 0x00, 0xfc, 0x0b, 0x04, 0x00, 0x80, 0xfb, 0x69, 0x1e, 0x00, 0x70, 0x62,
-    0x00, 0x00, 0xe9, 0xff, 0xfa, 0x13, 0x0d, 0x00, 0x00, 0x00, 0x18, 0x00, 0x24, 0x00, 0x00, 0x00,
-    0x18, 0x00, 0x00, 0x00, 0x02, 0xe4, 0x06, 0x00, 0x00, 0x90, 0x00, 0x11, 0x01, 0x00, 0x02, 0x00,
-    0x00, 0xb0, 0x00, 0x18, 0x00, 0x0a, 0x00, 0x4c, 0x00, 0x00, 0x00, 0x18, 0x00, 0x9c, 0x0a, 0x00};
-
 Image Draw(const std::vector<uint8_t>& block, int32_t w, int32_t h, void (*apply)(Process&),
            bool kept = true) {
   Image image(w, h);
@@ -48,39 +34,41 @@ Image Draw(const std::vector<uint8_t>& block, int32_t w, int32_t h, void (*apply
   return image;
 }
 
-// Deep inside the triangle every pixel carries the shape whole: blurred at the largest level (whose
-// reach alone takes the work image past what a process keeps) a Face and Outline come out as the
-// opaque Face colour; an extruded opaque Shadow stays opaque; a translucent one keeps its alpha as one
-// even body (colouring 0) or builds up 160 -> 220 -> 242 -> 250 with the stamps (colouring 1).
+Process& FaceOutline(Process& p) {
+  return p.face(255, 240, 200, 40).outline(255, 0, 0, 0).thickness(2);
+}
+// An extruded Shadow alone, offset by (3, 3), opaque black or translucent.
+Process& Extruded(Process& p, bool translucent, uint8_t colouring) {
+  (translucent ? p.shadow(160, 32, 64, 96) : p.shadow(255, 0, 0, 0)).shadowOnly(1);
+  return p.extrude(1, colouring).shadowOffset(3, 3);
+}
+
+// A right triangle with 10500-pixel legs whose corner lies far above and to the left of the buffer, so
+// that the whole buffer lies deep inside it, more than a full blur's reach from every edge. There every
+// pixel carries the shape whole: blurred at the largest level (whose reach alone takes the work image
+// past what a process keeps) a Face and Outline come out as the opaque Face colour; an extruded opaque
+// Shadow stays opaque; a translucent one keeps its alpha as one even body (colouring 0) or builds up
+// 160 -> 220 -> 242 -> 250 with the stamps (colouring 1).
 TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
   const struct {
     void (*apply)(Process&);
     bool kept;
     uint32_t colour;
   } cases[] = {
-      {[](Process& p) { p.face(255, 240, 200, 40).outline(255, 0, 0, 0).thickness(2).blur(254, 254, 0); },
-       false, 0xFFF0C828u},
-      {[](Process& p) { p.face(255, 240, 200, 40).outline(255, 0, 0, 0).thickness(2); }, true, 0xFFF0C828u},
-      {[](Process& p) { p.shadow(255, 0, 0, 0).shadowOnly(1).extrude(1, 1).shadowOffset(3, 3); }, true,
-       0xFF000000u},
-      {[](Process& p) { p.shadow(255, 0, 0, 0).shadowOnly(1).extrude(1, 0).shadowOffset(3, 3); }, true,
-       0xFF000000u},
-      {[](Process& p) { p.shadow(160, 32, 64, 96).shadowOnly(1).extrude(1, 0).shadowOffset(3, 3); }, true,
-       0xA0204060u},
-      {[](Process& p) { p.shadow(160, 32, 64, 96).shadowOnly(1).extrude(1, 1).shadowOffset(3, 3); }, true,
-       0xFA204060u},
+      {[](Process& p) { FaceOutline(p).blur(254, 254, 0); }, false, 0xFFF0C828u},
+      {[](Process& p) { FaceOutline(p); }, true, 0xFFF0C828u},
+      {[](Process& p) { Extruded(p, false, 1); }, true, 0xFF000000u},
+      {[](Process& p) { Extruded(p, false, 0); }, true, 0xFF000000u},
+      {[](Process& p) { Extruded(p, true, 0); }, true, 0xA0204060u},
+      {[](Process& p) { Extruded(p, true, 1); }, true, 0xFA204060u},
       {[](Process& p) {
-         p.shadow(255, 0, 0, 0)
-             .extrude(1, 0)
-             .shadowOffset(3, 3)
-             .face(255, 10, 20, 30)
-             .outline(255, 200, 0, 0)
-             .thickness(3);
+         Extruded(p, false, 0).shadowOnly(0).face(255, 10, 20, 30).outline(255, 200, 0, 0).thickness(3);
        },
        true, 0xFF0A141Eu},
   };
+  const auto triangle = Contour({Pt(-4000, -4000), Pt(6500, -4000), Pt(-4000, 6500)});
   for (const auto& c : cases) {
-    const Image image = Draw(kHugeTriangle, 64, 48, c.apply, c.kept);
+    const Image image = Draw(triangle, 64, 48, c.apply, c.kept);
     EXPECT_EQ(image.pixels(), std::vector<uint32_t>(64 * 48, c.colour)) << "case " << (&c - cases);
   }
 }
@@ -108,26 +96,22 @@ TEST(OversizedOutline, TallSliverDrawsItsTipInASmallBuffer) {
 }
 
 // An unblurred extrusion smooths by the densest pixel of the whole Shadow image; past a bounded size the
-// part near the buffer stands in (the whole was 13 s at -O2 for the fuzzer's block). Along a thin
-// 45-degree band 0.4 pixels across it holds the same densest pixel as the whole, so a band 9000 pixels
-// long draws exactly what a band 200 long, still measured whole, draws.
+// part near the buffer stands in (the whole was 13 s at -O2 for the fuzzer's block, whose part near the
+// buffer holds no pixel at the Shadow's full alpha). Along a thin 45-degree band 0.4 pixels across it
+// holds the same densest pixel as the whole, so a band 9000 pixels long draws exactly what a band 200
+// long, still measured whole, draws.
 TEST(OversizedOutline, HugeThinExtrudedBandSmoothsByThePartNearTheBuffer) {
   const auto band = [](double length) {
     const double a = -30.0, b = a + length;
     return Contour({Pt(a, a), Pt(b, b), Pt(b + 0.4, b), Pt(a + 0.4, a), Pt(a, a)});
   };
-  const auto colouring0 = [](Process& p) {
-    p.shadow(160, 32, 64, 96).shadowOnly(1).thickness(0).extrude(1, 0).shadowOffset(3, 3);
-  };
-  const auto colouring1 = [](Process& p) {
-    p.shadow(160, 32, 64, 96).shadowOnly(1).thickness(0).extrude(1, 1).shadowOffset(3, 3);
-  };
-  for (void (*apply)(Process&) : {+colouring0, +colouring1}) {
+  for (void (*apply)(Process&) : {+[](Process& p) { Extruded(p, true, 0).thickness(0); },
+                                  +[](Process& p) { Extruded(p, true, 1).thickness(0); }}) {
     const Image measured = Draw(band(200), 48, 48, apply);
     EXPECT_GT(measured.countOther(0), 40u);
     EXPECT_EQ(Draw(band(9000), 48, 48, apply), measured);
   }
-  Draw(kThinNearTheBuffer, 64, 44,
+  Draw(CrasherFile("thin_near_the_buffer.block"), 64, 44,
        [](Process& p) { p.shadow(160, 0, 0, 0).extrude(1, 0).shadowOffset(1, 3); });
 }
 
