@@ -53,8 +53,9 @@ TEST(CrasherFiles, EachGetsTheAnswerItsNameGives) {
       EXPECT_EQ(path.empty(), is("outline_refused_"));
     } else if (is("tga_")) {
       EXPECT_TRUE(!LoadConsistently(bytes, &image) || is("tga_either_"));
-      if (is("tga_too_many_pixels_"))
+      if (is("tga_too_many_pixels_")) {
         EXPECT_STREQ(image.message, "<LoadCompressedTGA> Too many pixels read for file!");
+      }
     } else {
       continue;
     }

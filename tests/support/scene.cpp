@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 
 namespace lx::test {
 
 TextScene::TextScene(const std::string& text, int32_t pixelSize, double originX, double baselineY) {
   text::TextLine line;
-  line.text = text;
-  line.pixelSize = pixelSize;
-  line.originX = originX;
-  line.baselineY = baselineY;
+  line.text = text, line.pixelSize = pixelSize, line.originX = originX, line.baselineY = baselineY;
   text::OutlineBlock out;
   std::string error;
   if (!text::BuildOutlineBlock(line, &out, &error)) {
@@ -25,11 +21,6 @@ TextScene::TextScene(const std::string& text, int32_t pixelSize, double originX,
   if (!bytes_.empty() && global_->handle() == nullptr) ADD_FAILURE() << "no global memory for the block";
 }
 
-TextScene::TextScene(const std::vector<uint8_t>& bytes) : bytes_(bytes) {
-  ink_ = text::MeasureOutlineBlock(bytes_.data(), bytes_.size());
-  global_ = std::make_unique<text::GlobalBlock>(bytes_);
-}
-
 std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size) {
   std::vector<uint8_t> padded(bytes);
   if (bytes.size() < 16 || size < bytes.size() + 16) return padded;
@@ -39,14 +30,6 @@ std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_
   std::memcpy(&padded[bytes.size() + 4], &type, 4);
   std::memcpy(&padded[bytes.size() + 8], &bytes[8], 8);
   return padded;
-}
-
-Image::Image(int32_t width, int32_t height, uint32_t fill)
-    : width_(width), height_(height), pixels_(static_cast<size_t>(width) * height, fill) {}
-
-size_t Image::countOther(uint32_t fill) const {
-  return static_cast<size_t>(
-      std::count_if(pixels_.begin(), pixels_.end(), [&](uint32_t p) { return p != fill; }));
 }
 
 }  // namespace lx::test

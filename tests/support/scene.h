@@ -2,6 +2,7 @@
 // buffer as an image that counts the pixels a drawing changed.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -18,7 +19,10 @@ class TextScene {
   // holds no block) when the text cannot be laid out.
   TextScene(const std::string& text, int32_t pixelSize, double originX, double baselineY);
   // A block made elsewhere (written by another run, or built by hand).
-  explicit TextScene(const std::vector<uint8_t>& bytes);
+  explicit TextScene(const std::vector<uint8_t>& bytes)
+      : bytes_(bytes),
+        ink_(text::MeasureOutlineBlock(bytes_.data(), bytes_.size())),
+        global_(std::make_unique<text::GlobalBlock>(bytes_)) {}
 
   void* block() const { return global_ ? global_->handle() : nullptr; }
   const std::vector<uint8_t>& bytes() const { return bytes_; }
@@ -39,7 +43,8 @@ std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_
 // The caller's buffer: width x height pixels, rows without padding.
 class Image {
  public:
-  Image(int32_t width, int32_t height, uint32_t fill = 0);
+  Image(int32_t width, int32_t height, uint32_t fill = 0)
+      : width_(width), height_(height), pixels_(static_cast<size_t>(width) * height, fill) {}
 
   // Width and height as Render reads them, by address.
   const int32_t* width() const { return &width_; }
@@ -48,7 +53,6 @@ class Image {
   int32_t h() const { return height_; }
   void* data() { return pixels_.data(); }
   const std::vector<uint32_t>& pixels() const { return pixels_; }
-
   uint32_t at(int32_t x, int32_t y) const { return pixels_[static_cast<size_t>(y) * width_ + x]; }
   void set(int32_t x, int32_t y, uint32_t v) { pixels_[static_cast<size_t>(y) * width_ + x] = v; }
 
@@ -57,11 +61,12 @@ class Image {
   }
   bool operator!=(const Image& o) const { return !(*this == o); }
   // Pixels that differ from `fill` (the background the buffer was made with).
-  size_t countOther(uint32_t fill) const;
+  size_t countOther(uint32_t fill) const {
+    return pixels_.size() - static_cast<size_t>(std::count(pixels_.begin(), pixels_.end(), fill));
+  }
 
  private:
-  int32_t width_;
-  int32_t height_;
+  int32_t width_, height_;
   std::vector<uint32_t> pixels_;
 };
 

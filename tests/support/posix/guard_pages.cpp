@@ -23,9 +23,9 @@ void GuardedPages::protect(size_t i, Access a) {
   const int prot = a == Access::kReadWrite ? PROT_READ | PROT_WRITE
                    : a == Access::kRead    ? PROT_READ
                                            : PROT_NONE;
-  // A test that cannot set up its memory would test nothing: stop loudly.
-  const int failed = a == Access::kHole ? munmap(page(i), pageSize_) : mprotect(page(i), pageSize_, prot);
-  if (i >= pageCount_ || failed != 0) std::abort();
+  if (i >= pageCount_ ||
+      (a == Access::kHole ? munmap(page(i), pageSize_) : mprotect(page(i), pageSize_, prot)))
+    std::abort();
 }
 
 }  // namespace lx::test

@@ -13,18 +13,17 @@ namespace lx::test {
 
 // The process's current virtual size and resident size in bytes, from /proc/self/statm; 0 when unknown.
 struct MemoryUse {
-  uint64_t virtualBytes = 0;
-  uint64_t residentBytes = 0;
+  uint64_t virtualBytes = 0, residentBytes = 0;
 };
 
 inline MemoryUse CurrentMemoryUse() {
-  unsigned long long pagesVirtual = 0, pagesResident = 0;
+  unsigned long long pages[2] = {0, 0};
   if (std::FILE* f = std::fopen("/proc/self/statm", "r")) {
-    if (std::fscanf(f, "%llu %llu", &pagesVirtual, &pagesResident) != 2) pagesVirtual = pagesResident = 0;
+    if (std::fscanf(f, "%llu %llu", &pages[0], &pages[1]) != 2) pages[0] = pages[1] = 0;
     std::fclose(f);
   }
   const auto page = static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
-  return {pagesVirtual * page, pagesResident * page};
+  return {pages[0] * page, pages[1] * page};
 }
 
 // Lets the process map at most `extraBytes` more than it has mapped now: a larger allocation fails

@@ -23,16 +23,15 @@ GuardedPages::~GuardedPages() {
   VirtualFree(base_, 0, MEM_RELEASE);
 }
 
+// A hole is decommitted: it stays reserved (so nothing else lands there) but has no storage behind it.
 void GuardedPages::protect(size_t i, Access a) {
   const DWORD prot = a == Access::kReadWrite ? PAGE_READWRITE
                      : a == Access::kRead    ? PAGE_READONLY
                                              : PAGE_NOACCESS;
   DWORD old = 0;
-  // Decommitted pages stay reserved (so nothing else lands there) but have no storage behind them. A test
-  // that cannot set up its memory would test nothing: stop loudly.
-  const bool done = a == Access::kHole ? VirtualFree(page(i), pageSize_, MEM_DECOMMIT) != 0
-                                       : VirtualProtect(page(i), pageSize_, prot, &old) != 0;
-  if (i >= pageCount_ || !done) std::abort();
+  if (i >= pageCount_ || !(a == Access::kHole ? VirtualFree(page(i), pageSize_, MEM_DECOMMIT)
+                                              : VirtualProtect(page(i), pageSize_, prot, &old)))
+    std::abort();
 }
 
 }  // namespace lx::test
