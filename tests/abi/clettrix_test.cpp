@@ -19,8 +19,7 @@ TEST(CLettrixCanvas, IsMadeZeroFilledAndRefusedWhenItsSizeIsUnusable) {
   const TextScene scene("A", 20, 2, 20);
   CLettrix c;
   EXPECT_TRUE(c.slot == 0 && c.canvasPixels == nullptr);
-  ASSERT_EQ(c.CreateProcessA(), 1);
-  EXPECT_EQ(c.CreateCanvas(120, 50), 1);
+  ASSERT_EQ(c.CreateProcessA() + c.CreateCanvas(120, 50), 2);
   EXPECT_EQ(Canvas(c), std::vector<uint32_t>(120 * 50, 0));
   c.canvasPixels[120 * 50 - 1] = 0xFFFFFFFF;  // the whole size is ours
   EXPECT_EQ(c.CreateCanvas(30, 20), 1);
@@ -54,28 +53,26 @@ TEST(CLettrixRender, RefusesInOrderAndDrawsWhatTheFunctionsDraw) {
   EXPECT_EQ(results, std::vector<int>(10, 1));
   EXPECT_EQ(c.BlurShadow(2), 0);
   ASSERT_EQ(c.RenderIt(scene.block()), 1);
-
   Process p;
-  p.faceStart(255, 200, 30, 10).faceEnd(255, 20, 30, 210).faceGradient(1, 0.0, 0.0);
-  p.outline(255, 0, 0, 0).thickness(2).shadow(128, 0, 0, 0).shadowOffset(3, 4).blur(0, 0, 2).translate(2, -1);
+  p.faceStart(255, 200, 30, 10).faceEnd(255, 20, 30, 210).faceGradient(1, 0.0, 0.0).outline(255, 0, 0, 0);
+  p.thickness(2).shadow(128, 0, 0, 0).shadowOffset(3, 4).blur(0, 0, 2).translate(2, -1);
   p.shadowVisible(0);  // int flags hand on their lowest byte
   Image image(140, 70);
   ASSERT_TRUE(p.render(scene, image));
   EXPECT_EQ(image.pixels(), Canvas(c));
 }
 
+// Without a process every method answers 0; with one the blur methods still answer 0 (though they store
+// the level), the others 1, and the truth-valued ones pass their function's answer on.
 TEST(CLettrixForwarding, ResultsFollowTheirFunctions) {
   CLettrix c;
-  const uint8_t level = 3;
   const LettrixColorWord colours[2] = {0xFF0000FFu, 0xFFFF0000u};
   const unsigned int stops[2] = {1, 1};
   std::vector<uint32_t> texture(4 * 4, 0x00112233);
-  // Without a process every method answers 0; with one the blur methods still answer 0 (though they
-  // store the level), the others 1, and the truth-valued ones pass their function's answer on.
   auto all = [&] {
-    std::vector<int> r({c.FaceStartColor(255, 1, 2, 3), c.BlurFace(level), c.BlurOutline(level),
-                        c.BlurShadow(level), c.ShadowZoom(0.0, 2.0), c.TranslationOff(),
-                        c.EmbossFaceTexture(0.5, 10, 20, 30), c.EnableFaceEmbossed(1)});
+    std::vector<int> r({c.FaceStartColor(255, 1, 2, 3), c.BlurFace(3), c.BlurOutline(3), c.BlurShadow(3),
+                        c.ShadowZoom(0.0, 2.0), c.TranslationOff(), c.EmbossFaceTexture(0.5, 10, 20, 30),
+                        c.EnableFaceEmbossed(1)});
     r.insert(r.end(), {c.EnableOutline3DBorder(0), c.ExtrudeShadow(0), c.Outline3DBorder(10, 2, 1.0),
                        c.FaceFillType(0), c.OutlineFillType(0), c.FaceTextureTiling(2),
                        c.OutlineTextureTiling(2), c.FaceGradientFitMode(0)});
@@ -115,9 +112,7 @@ TEST(CLettrixAssignment, SharesTheProcessAndCanvasUntilOneDestroysThem) {
   a.DestroyProcess();
   a.slot = ~RenderHandle{0};  // all ones: no process, nothing to destroy
   EXPECT_EQ(a.FaceFillType(1), 0);
-  b.slot = 0;
-  b.canvasMemory = nullptr;
-  b.canvasPixels = nullptr;
+  b.slot = 0, b.canvasMemory = nullptr, b.canvasPixels = nullptr;
   // Creating twice leaves the first process alive.
   ASSERT_EQ(b.CreateProcessA(), 1);
   RenderHandle first = b.slot;
