@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <vector>
 
 #include "api/process_handle.h"
@@ -22,19 +23,23 @@
 namespace lx::test {
 namespace {
 
-std::vector<uint8_t> Contour(const std::vector<FxPoint>& points) {
+TextScene Contour(const std::vector<FxPoint>& points) {
   ContourRecords r;
   r.begin(points.front()).line(std::vector<FxPoint>(points.begin() + 1, points.end())).end();
-  return r.bytes();
+  return TextScene(r.bytes());
 }
 
-Image Draw(const std::vector<uint8_t>& block, int32_t w, int32_t h, void (*apply)(Process&),
-           bool kept = true) {
-  Image image(w, h);
+// Draws into a w x h buffer of `ground`; the process must keep its work image afterwards (or not, for a
+// reach past what it keeps), and never more than 16 MiB of them.
+Image Draw(const TextScene& scene, int32_t w, int32_t h, const std::function<void(Process&)>& apply,
+           bool kept = true, uint32_t ground = 0) {
+  Image image(w, h, ground);
   Process p;
   apply(p);
-  EXPECT_TRUE(p.render(TextScene(block), image));
-  EXPECT_EQ(ProcessFromSlot(p.slot())->scratch[0].ownedBytes() > 0, kept);
+  EXPECT_TRUE(p.render(scene, image));
+  const RenderProcess* process = ProcessFromSlot(p.slot());
+  EXPECT_EQ(process->scratch[0].ownedBytes() > 0, kept);
+  EXPECT_LT(process->scratch[0].ownedBytes() + process->scratch[1].ownedBytes(), uint64_t{16} << 20);
   return image;
 }
 
@@ -70,7 +75,7 @@ TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
        },
        true, 0xFF0A141Eu},
   };
-  const auto triangle = Contour({Pt(-4000, -4000), Pt(6500, -4000), Pt(-4000, 6500)});
+  const TextScene triangle = Contour({Pt(-4000, -4000), Pt(6500, -4000), Pt(-4000, 6500)});
   for (const auto& c : cases) {
     const Image image = Draw(triangle, 64, 48, c.apply, c.kept);
     EXPECT_EQ(image.pixels(), std::vector<uint32_t>(64 * 48, c.colour)) << "case " << (&c - cases);
@@ -109,31 +114,18 @@ TEST(OversizedOutline, HugeThinExtrudedBandSmoothsByThePartNearTheBuffer) {
     const double a = -30.0, b = a + length;
     return Contour({Pt(a, a), Pt(b, b), Pt(b + 0.4, b), Pt(a + 0.4, a), Pt(a, a)});
   };
-  for (void (*apply)(Process&) : {+[](Process& p) { Extruded(p, true, 0).thickness(0); },
-                                  +[](Process& p) { Extruded(p, true, 1).thickness(0); }}) {
+  for (uint8_t colouring : {0, 1}) {
+    const auto apply = [&](Process& p) { Extruded(p, true, colouring).thickness(0); };
     const Image measured = Draw(band(200), 48, 48, apply);
     EXPECT_GT(measured.countOther(0), 40u);
     EXPECT_EQ(Draw(band(9000), 48, 48, apply), measured);
   }
-  Draw(CrasherFile("thin_near_the_buffer.block"), 64, 44,
+  Draw(TextScene(CrasherFile("thin_near_the_buffer.block")), 64, 44,
        [](Process& p) { p.shadow(160, 0, 0, 0).extrude(1, 0).shadowOffset(1, 3); });
 }
 
-// The pixels of a w x h window at (x, y) of a drawing of `scene` with a deep border and the Face embossed,
-// the Outline painted or (transparent) skipping its border.
-std::vector<uint32_t> Window(const TextScene& scene, uint8_t elevation, bool outlineShows, int32_t x,
-                             int32_t y, int32_t w, int32_t h) {
-  Image image(w, h, 0x10203040u);
-  Process p;
-  p.thickness(6).emboss(1.0, 255, 100, 200).border3D(elevation, 60, -2.3).translate(-x, -y);
-  if (outlineShows) p.outline(255, 200, 120, 40);
-  EXPECT_TRUE(p.render(scene, image));
-  const RenderProcess* process = ProcessFromSlot(p.slot());
-  EXPECT_LT(process->scratch[0].ownedBytes() + process->scratch[1].ownedBytes(), uint64_t{16} << 20);
-  return image.pixels();
-}
-
-// The fuzzer's blocks (contours of a few points thousands of pixels apart) and text cut on every side.
+// The fuzzer's blocks (contours of a few points thousands of pixels apart) and text cut on every side,
+// drawn with a deep border and the Face embossed, the Outline painted or (transparent) skipping its border.
 TEST(OversizedOutline, DeepBorderWindowsShowWhatTheLargerDrawingShows) {
   const TextScene a(kDeepBorderBlockA), b(kDeepBorderBlockB), c(kDeepBorderBlockC), text("Lx", 40, 8.0, 44.0);
   const struct {
@@ -144,14 +136,20 @@ TEST(OversizedOutline, DeepBorderWindowsShowWhatTheLargerDrawingShows) {
                {&c, 30, true}, {&text, 30, true}, {&text, 30, false}};
   for (const auto& k : cases) {
     SCOPED_TRACE(testing::Message() << "case " << (&k - cases));
-    const std::vector<uint32_t> whole = Window(*k.scene, k.elevation, k.outlineShows, 0, 0, 96, 72);
+    const auto window = [&](int32_t x, int32_t y, int32_t w, int32_t h) {
+      const auto apply = [&](Process& p) {
+        p.thickness(6).emboss(1.0, 255, 100, 200).border3D(k.elevation, 60, -2.3).translate(-x, -y);
+        if (k.outlineShows) p.outline(255, 200, 120, 40);
+      };
+      return Draw(*k.scene, w, h, apply, true, 0x10203040u).pixels();
+    };
+    const std::vector<uint32_t> whole = window(0, 0, 96, 72);
     EXPECT_NE(whole, std::vector<uint32_t>(whole.size(), 0x10203040u));
     for (const auto& [x, y] : {std::pair<int32_t, int32_t>{0, 0}, {13, 7}, {40, 30}, {47, 35}}) {
       std::vector<uint32_t> cut;
       for (int32_t row = y; row < y + 37; ++row)
         cut.insert(cut.end(), &whole[row * 96 + x], &whole[row * 96 + x + 49]);
-      EXPECT_EQ(Window(*k.scene, k.elevation, k.outlineShows, x, y, 49, 37), cut)
-          << "window at " << x << "," << y;
+      EXPECT_EQ(window(x, y, 49, 37), cut) << "window at " << x << "," << y;
     }
   }
 }
@@ -161,16 +159,15 @@ TEST(OversizedOutline, DeepBorderWindowsShowWhatTheLargerDrawingShows) {
 TEST(OversizedOutline, EmbossAzimuthThatIsNotANumberLightsAsZero) {
   const TextScene scene("Lx", 40, 8.0, 44.0);
   for (const bool border : {false, true}) {
-    Image lit[2] = {Image(80, 60), Image(80, 60)};
-    for (int i = 0; i < 2; ++i) {
-      Process p;
-      p.faceStart(255, 250, 220, 40).faceEnd(255, 250, 90, 20).faceGradient(1).thickness(3);
-      p.emboss(i == 0 ? std::nan("") : 0.0, 255, 255, 100);
-      if (border) p.border3D(30, 2, -2.3);
-      ASSERT_TRUE(p.render(scene, lit[i]));
-    }
-    EXPECT_GT(lit[1].countOther(0), 0u);
-    EXPECT_EQ(lit[0], lit[1]) << "border " << border;
+    const auto lit = [&](double azimuth) {
+      return Draw(scene, 80, 60, [&](Process& p) {
+        p.faceStart(255, 250, 220, 40).faceEnd(255, 250, 90, 20).faceGradient(1).thickness(3);
+        p.emboss(azimuth, 255, 255, 100);
+        if (border) p.border3D(30, 2, -2.3);
+      });
+    };
+    EXPECT_GT(lit(0.0).countOther(0), 0u);
+    EXPECT_EQ(lit(std::nan("")), lit(0.0)) << "border " << border;
   }
 }
 
