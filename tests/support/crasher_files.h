@@ -15,12 +15,8 @@ inline std::vector<uint8_t> ReadBytes(const std::string& path) {
   return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-inline std::string CrasherPath(const std::string& name) {
-  return std::string(LETTRIX_CRASHER_DIR) + "/" + name;
-}
-
 inline std::vector<uint8_t> CrasherFile(const std::string& name) {
-  return ReadBytes(CrasherPath(name));
+  return ReadBytes(std::string(LETTRIX_CRASHER_DIR) + "/" + name);
 }
 
 }  // namespace lx::test

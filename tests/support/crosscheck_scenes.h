@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <ostream>
 #include <vector>
 
 #include "tests/support/lettrix_process.h"
@@ -23,11 +22,6 @@ struct CrossScene {
   uint64_t reference;
   void (*apply)(Process&);
 };
-
-// Test names show the scene's name.
-inline void PrintTo(const CrossScene& s, std::ostream* os) {
-  *os << s.name;
-}
 
 inline std::vector<uint32_t> CrossTexture() {
   std::vector<uint32_t> t(8 * 8);
