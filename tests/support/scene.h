@@ -60,6 +60,14 @@ class Image {
     return width_ == o.width_ && height_ == o.height_ && pixels_ == o.pixels_;
   }
   bool operator!=(const Image& o) const { return !(*this == o); }
+  // FNV-1a of the pixels' bytes, lowest first: a drawing's fingerprint, the same on every system.
+  uint64_t checksum() const {
+    uint64_t h = 0xCBF29CE484222325u;
+    for (uint32_t p : pixels_) {
+      for (int i = 0; i < 32; i += 8) h = (h ^ ((p >> i) & 0xFF)) * 0x100000001B3u;
+    }
+    return h;
+  }
   // Pixels that differ from `fill` (the background the buffer was made with).
   size_t countOther(uint32_t fill) const {
     return pixels_.size() - static_cast<size_t>(std::count(pixels_.begin(), pixels_.end(), fill));
