@@ -1,16 +1,13 @@
 // The wrapper class through the shipped library: its Canvas, its refusals and its forwarding.
 #include <gtest/gtest.h>
-
 #include <algorithm>
 #include <vector>
-
 #include "lettrix/lettrix.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
 
 namespace lx::test {
 namespace {
-
 std::vector<uint32_t> Canvas(const CLettrix& c) {
   return std::vector<uint32_t>(c.canvasPixels, c.canvasPixels + c.canvasWidth * c.canvasHeight);
 }
@@ -122,6 +119,5 @@ TEST(CLettrixAssignment, SharesTheProcessAndCanvasUntilOneDestroysThem) {
   EXPECT_TRUE(Render(&first, scene.block(), image.width(), image.height(), image.data()));
   DestroyRenderProcess(&first);
 }
-
 }  // namespace
 }  // namespace lx::test

@@ -5,13 +5,11 @@
 // The blocks are kept in the tree so that the checksums depend on the library alone, not on the font or
 // FreeType of the machine. A scene without a recorded block lays its text out and records it.
 #include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
-
 #include "tests/support/crasher_files.h"
 #include "tests/support/crosscheck_scenes.h"
 #include "tests/support/lettrix_process.h"
@@ -19,7 +17,6 @@
 
 namespace lx::test {
 namespace {
-
 bool WriteFile(const std::string& path, const void* data, size_t size) {
   std::ofstream out(path, std::ios::binary);
   return static_cast<bool>(out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size)));
@@ -71,6 +68,5 @@ INSTANTIATE_TEST_SUITE_P(Scenes, CrossCheck, ::testing::ValuesIn(CrossScenes()),
                          [](const ::testing::TestParamInfo<CrossScene>& info) {
                            return std::string(info.param.name);
                          });
-
 }  // namespace
 }  // namespace lx::test

@@ -1,15 +1,12 @@
 // The shipped library through its public header only: every export links, takes its arguments by
 // address and does nothing on a slot without a process.
 #include <gtest/gtest.h>
-
 #include <vector>
-
 #include "lettrix/lettrix.h"
 #include "tests/support/lettrix_process.h"
 
 namespace lx::test {
 namespace {
-
 constexpr RenderHandle kAllOnes = ~RenderHandle{0};
 
 // Every setter once on whatever slot `p` holds; the results of those that have one, in call order.
@@ -69,6 +66,5 @@ TEST(ExportsAbi, SettersAnswerForTheirSlotAndDestroyClearsIt) {
     EXPECT_FALSE(Render(p.slot(), r.block, r.width, r.height, r.pixels)) << (&r - refused);
   EXPECT_EQ(buffer, std::vector<uint32_t>(64, 0x12345678u));
 }
-
 }  // namespace
 }  // namespace lx::test

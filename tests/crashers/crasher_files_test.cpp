@@ -3,11 +3,9 @@
 // (no box, the path left empty), outline_decoded_ (a box), tga_refused_ and tga_too_many_pixels_ (a
 // refusal, the latter with that message), tga_either_ (either answer, with a consistent record).
 #include <gtest/gtest.h>
-
 #include <cstring>
 #include <filesystem>
 #include <random>
-
 #include "render/outline_decoder.h"
 #include "tests/image/tga_test_files.h"
 #include "tests/support/crasher_files.h"
@@ -15,7 +13,6 @@
 
 namespace lx::test {
 namespace {
-
 const std::vector<int32_t> kNothing = {0, 0, 0, 0};
 
 // Decodes `bytes` ending where a page without access begins (a read past them faults even without a
@@ -105,6 +102,5 @@ TEST(CrasherFiles, TruncatedOrBentTgaFilesLoadCleanlyOrAreRefused) {
     }
   }
 }
-
 }  // namespace
 }  // namespace lx::test

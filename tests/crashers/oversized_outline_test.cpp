@@ -7,11 +7,9 @@
 // passes across (seconds per call in the fuzzing build): a window must show what the same place of a
 // larger drawing shows, with work images sized by the window.
 #include <gtest/gtest.h>
-
 #include <cmath>
 #include <functional>
 #include <vector>
-
 #include "api/process_handle.h"
 #include "render/render_process.h"
 #include "tests/support/contour_records.h"
@@ -22,7 +20,6 @@
 
 namespace lx::test {
 namespace {
-
 TextScene Contour(const std::vector<FxPoint>& points) {
   ContourRecords r;
   r.begin(points.front()).line(std::vector<FxPoint>(points.begin() + 1, points.end())).end();
@@ -157,6 +154,5 @@ TEST(OversizedOutline, EmbossAzimuthThatIsNotANumberLightsAsZero) {
     EXPECT_EQ(lit(std::nan("")), lit(0.0)) << "border " << border;
   }
 }
-
 }  // namespace
 }  // namespace lx::test

@@ -1,24 +1,19 @@
 // Hand-made outline blocks for tests and benchmarks: contour headers and curve records written byte by
 // byte, including malformed ones, with every field under the test's control.
 #pragma once
-
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
 namespace lx::test {
 
-// 16.16 fixed value of v, rounded to the nearest unit.
-inline int32_t Fx(double v) {
-  return static_cast<int32_t>(std::lround(v * 65536.0));
-}
-
 struct FxPoint {
   int32_t x, y;  // raw 16.16
 };
 
+// The 16.16 fixed point nearest (x, y).
 inline FxPoint Pt(double x, double y) {
-  return {Fx(x), Fx(y)};
+  return {static_cast<int32_t>(std::lround(x * 65536.0)), static_cast<int32_t>(std::lround(y * 65536.0))};
 }
 
 class ContourRecords {
@@ -59,5 +54,4 @@ class ContourRecords {
 inline void AddSquare(ContourRecords* r, double x, double y, double side) {
   r->begin(Pt(x, y)).line({Pt(x + side, y), Pt(x + side, y + side), Pt(x, y + side), Pt(x, y)}).end();
 }
-
 }  // namespace lx::test

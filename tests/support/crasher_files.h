@@ -1,6 +1,5 @@
 // Inputs that once broke something, kept as files under tests/crashers/data.
 #pragma once
-
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -8,7 +7,6 @@
 #include <vector>
 
 namespace lx::test {
-
 // The whole file at `path`; empty when it cannot be read.
 inline std::vector<uint8_t> ReadBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -18,5 +16,4 @@ inline std::vector<uint8_t> ReadBytes(const std::string& path) {
 inline std::vector<uint8_t> CrasherFile(const std::string& name) {
   return ReadBytes(std::string(LETTRIX_CRASHER_DIR) + "/" + name);
 }
-
 }  // namespace lx::test

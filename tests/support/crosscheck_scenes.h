@@ -1,14 +1,11 @@
 // The scenes that the native library and the Windows DLL must draw alike: each a line of text, a buffer
 // and settings that exercise one fill or effect (or all of them). Header-only, like the process helper.
 #pragma once
-
 #include <cstdint>
 #include <vector>
-
 #include "tests/support/lettrix_process.h"
 
 namespace lx::test {
-
 struct CrossScene {
   const char* name;
   const char* text;
@@ -119,5 +116,4 @@ inline const std::vector<CrossScene>& CrossScenes() {
   // clang-format on
   return scenes;
 }
-
 }  // namespace lx::test

@@ -1,13 +1,11 @@
 // Pages with chosen access rights, for tests that hand the library memory it must not touch: a buffer
 // that ends where a page without access begins, a read-only source, a range that runs off the mapping.
 #pragma once
-
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 
 namespace lx::test {
-
 class GuardedPages {
  public:
   // kHole: the page is given back to the system, so any access to it faults.
@@ -37,5 +35,4 @@ class GuardedPages {
   uint8_t* base_ = nullptr;
   size_t pageSize_ = 0, pageCount_ = 0;
 };
-
 }  // namespace lx::test

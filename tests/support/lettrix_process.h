@@ -1,15 +1,12 @@
 // A render process for tests, set through the exported functions with plain values. Header-only, so
 // that each test links it against the library it is testing (the static core or the shipped DLL).
 #pragma once
-
 #include <cstdint>
 #include <vector>
-
 #include "lettrix/lettrix.h"
 #include "tests/support/scene.h"
 
 namespace lx::test {
-
 class Process {
  public:
   using U8 = uint8_t;
@@ -81,5 +78,4 @@ class Process {
 
   RenderHandle slot_;
 };
-
 }  // namespace lx::test

@@ -1,11 +1,8 @@
 #include "tests/support/scene.h"
-
 #include <gtest/gtest.h>
-
 #include <cstring>
 
 namespace lx::test {
-
 TextScene::TextScene(const std::string& text, int32_t pixelSize, double originX, double baselineY) {
   text::TextLine line;
   line.text = text, line.pixelSize = pixelSize, line.originX = originX, line.baselineY = baselineY;
@@ -31,5 +28,4 @@ std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_
   std::memcpy(&padded[bytes.size() + 8], &bytes[8], 8);
   return padded;
 }
-
 }  // namespace lx::test

@@ -1,17 +1,14 @@
 // Scenes for image tests: a line of DejaVu Sans Bold as an outline block in global memory, the caller's
 // buffer as an image that counts the pixels a drawing changed.
 #pragma once
-
 #include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
-
 #include "tools/text_outline/text_outline.h"
 
 namespace lx::test {
-
 // One line of text laid out by the text-to-outline library, copied into global memory as Render takes it.
 class TextScene {
  public:
@@ -77,5 +74,4 @@ class Image {
   int32_t width_, height_;
   std::vector<uint32_t> pixels_;
 };
-
 }  // namespace lx::test

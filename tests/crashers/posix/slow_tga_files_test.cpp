@@ -3,14 +3,11 @@
 // cost of the bytes the file really holds.
 #include <gtest/gtest.h>
 #include <unistd.h>
-
 #include <cstdio>
-
 #include "tests/image/tga_test_files.h"
 
 namespace lx::test {
 namespace {
-
 uint64_t ResidentBytes() {
   unsigned long long pages[2] = {0, 0};
   if (std::FILE* f = std::fopen("/proc/self/statm", "r")) {
@@ -45,6 +42,5 @@ TEST(SlowTgaFiles, CutShortFilesAnswerWithoutTouchingTheirClaimedSize) {
   EXPECT_EXIT(LoadAndCheckInChild(TgaHeader(10, 65535, 2048, 32, 0, {0xFF, 1, 2, 3, 4}), false, 0),
               testing::ExitedWithCode(0), "");
 }
-
 }  // namespace
 }  // namespace lx::test

@@ -3,16 +3,13 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
-
 #include <fstream>
-
 #include "tests/image/tga_test_files.h"
 #include "tools/lettrix_cli/files.h"
 #include "tools/lettrix_cli/tool_error.h"
 
 namespace lxt {
 namespace {
-
 using lx::test::TgaHeader;
 
 // In a death-test child: caps the address space at 256 MiB more than is mapped now (a larger allocation
@@ -52,6 +49,5 @@ TEST(ProgramTgaCrashers, HeadersClaimingMorePixelsThanTheFileHoldsAreRefusedBefo
   const Image image = DecodeTga(TgaHeader(10, 300, 200, 32, 0, runs), "runs.tga");
   EXPECT_EQ(image.pixels, std::vector<uint32_t>(300 * 200, PackPixel(3, 2, 1, 4)));
 }
-
 }  // namespace
 }  // namespace lxt

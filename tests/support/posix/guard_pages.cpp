@@ -1,13 +1,10 @@
 #include "tests/support/guard_pages.h"
-
 #include <sys/mman.h>
 #include <unistd.h>
-
 #include <cstdlib>
 #include <new>
 
 namespace lx::test {
-
 GuardedPages::GuardedPages(size_t pageCount)
     : pageSize_(static_cast<size_t>(sysconf(_SC_PAGESIZE))), pageCount_(pageCount) {
   void* p = mmap(nullptr, pageCount_ * pageSize_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -27,5 +24,4 @@ void GuardedPages::protect(size_t i, Access a) {
       (a == Access::kHole ? munmap(page(i), pageSize_) : mprotect(page(i), pageSize_, prot)))
     std::abort();
 }
-
 }  // namespace lx::test

@@ -4,12 +4,10 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
-
 #include <cstdlib>
 #include <new>
 
 namespace lx::test {
-
 GuardedPages::GuardedPages(size_t pageCount) : pageCount_(pageCount) {
   SYSTEM_INFO info;
   GetSystemInfo(&info);
@@ -33,5 +31,4 @@ void GuardedPages::protect(size_t i, Access a) {
                                               : VirtualProtect(page(i), pageSize_, prot, &old)))
     std::abort();
 }
-
 }  // namespace lx::test
