@@ -7,10 +7,8 @@
 
 namespace lx::test {
 struct CrossScene {
-  const char* name;
-  const char* text;
-  int32_t pixelSize;
-  int32_t width, height;
+  const char *name, *text;
+  int32_t pixelSize, width, height;
   uint32_t ground;  // the buffer's pixels before Render
   // The effect whose light or geometry goes through the C library's sin, cos or pow, which may round the
   // last bit differently on the two systems; such a scene may differ by 1 in a byte, nothing else may.
@@ -29,7 +27,6 @@ inline std::vector<uint32_t> CrossTexture() {
 inline const std::vector<CrossScene>& CrossScenes() {
   const char *kEmboss = "emboss light (sin, cos)", *kBorder = "3D border light and profile (sin, cos)",
              *kBoth = "emboss and 3D border light (sin, cos)", *kAngle = "gradient angle (sin, cos)";
-  // A scene to a line or two.
   // clang-format off
   static const std::vector<CrossScene> scenes = {
     {"plain", "Lettrix", 40, 200, 64, 0, nullptr, 0x17643d0c36e4588e, [](Process&) {}},
