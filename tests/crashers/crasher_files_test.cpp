@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <cstring>
 #include <filesystem>
-#include <random>
 #include "render/outline_decoder.h"
 #include "tests/image/tga_test_files.h"
 #include "tests/support/crasher_files.h"
@@ -61,45 +60,25 @@ TEST(CrasherFiles, EachGetsTheAnswerItsNameGives) {
   EXPECT_EQ(checked, 37u) << "files in " << LETTRIX_CRASHER_DIR;
 }
 
-TEST(CrasherFiles, TruncatedOrCorruptedOutlineBlocksAreRefusedOrDecodedWholeWithoutHanging) {
-  const std::vector<uint8_t> good = CrasherFile("good_two_squares.block");
+// Every cut of a good file, where the reader must stop at the end of what it was given: two contours
+// decode only whole (the first alone when cut right after it), a 4 x 3 TGA of runs and raw packets loads
+// only whole, an uncompressed 2 x 2 whatever follows its 12 type bytes. (Bent and corrupted files are
+// the fuzz targets' work, under the sanitizers.)
+TEST(CrasherFiles, CutGoodFilesAreRefusedOrReadWhole) {
+  const std::vector<uint8_t> blocks = CrasherFile("good_two_squares.block");
+  const Bytes rle = CrasherFile("good_rle_4x3.tga"), raw = CrasherFile("good_raw_2x2.tga");
   const size_t firstContour = 16 + 4 + 4 * 8;
   OutlinePath path;
-  for (size_t n = 1; n < good.size(); ++n) {
-    const std::vector<int32_t> box = Decode(std::vector<uint8_t>(good.begin(), good.begin() + n), &path);
+  for (size_t n = 1; n < blocks.size(); ++n) {
+    const std::vector<int32_t> box = Decode(std::vector<uint8_t>(blocks.begin(), blocks.begin() + n), &path);
     EXPECT_EQ(box, n == firstContour ? std::vector<int32_t>({0, 0, 10, 10}) : kNothing) << n;
     EXPECT_EQ(path.empty(), n != firstContour) << n;
   }
-  std::mt19937 rng(12345);
-  for (int round = 0; round < 5000; ++round) {
-    std::vector<uint8_t> bytes = good;
-    const int flips = 1 + static_cast<int>(rng() % 4);
-    for (int i = 0; i < flips; ++i) bytes[rng() % bytes.size()] = static_cast<uint8_t>(rng());
-    if (rng() % 3 == 0) bytes.resize(rng() % bytes.size() + 1);
-    const std::vector<int32_t> box = Decode(bytes, &path, round % 2 == 0);
-    EXPECT_TRUE(!path.empty() || box == kNothing) << round;
-  }
-}
-
-// A 4 x 3 file of runs and raw packets ending exactly on the count loads only whole; an uncompressed
-// 2 x 2 loads whatever follows its 12 type bytes. Bent byte by byte, the first loads or is refused cleanly.
-TEST(CrasherFiles, TruncatedOrBentTgaFilesLoadCleanlyOrAreRefused) {
-  const Bytes rle = CrasherFile("good_rle_4x3.tga"), raw = CrasherFile("good_raw_2x2.tga");
   for (size_t n = 0; n <= rle.size(); ++n) {
     OwnedTga a, b;
     EXPECT_EQ(LoadConsistently(Bytes(rle.begin(), rle.begin() + n), &a), n == rle.size()) << n;
-    EXPECT_EQ(LoadConsistently(Bytes(raw.begin(), raw.begin() + std::min(n, raw.size())), &b),
-              std::min(n, raw.size()) >= 12)
-        << n;
-  }
-  for (size_t at = 0; at < rle.size(); ++at) {
-    for (uint8_t value : {0x00, 0x02, 0x0A, 0x7F, 0x80, 0xFF}) {
-      SCOPED_TRACE(testing::Message() << "byte " << at << " = " << int{value});
-      Bytes bent = rle;
-      bent[at] = value;
-      OwnedTga image;
-      LoadConsistently(bent, &image);
-    }
+    const size_t m = std::min(n, raw.size());
+    EXPECT_EQ(LoadConsistently(Bytes(raw.begin(), raw.begin() + m), &b), m >= 12) << m;
   }
 }
 }  // namespace

@@ -1,11 +1,8 @@
 // Outlines thousands of pixels across drawn into small buffers. Work images once followed the outline's
 // size (half a gigabyte and seconds for the sliver and the triangle; 440 MB and over two minutes in the
-// fuzzing build for the triangle's extruded Shadow, whose softening scales by the densest pixel of the
-// block); now they follow what can reach the buffer. Each must draw what the shape puts there, and the
-// process must still keep its work image afterwards: none was sized from the outline. A 3D border of 60
-// shading passes once shaded the whole work image each pass, which the border's reach makes buffer + 14 x
-// passes across (seconds per call in the fuzzing build): a window must show what the same place of a
-// larger drawing shows, with work images sized by the window.
+// fuzzing build for the triangle's extruded Shadow; seconds per call for a 60-pass 3D border, which
+// reaches 14 x passes beyond the buffer); now they follow what can reach the buffer. Each must draw what
+// the shape puts there, and the process must still keep its work image: none was sized from the outline.
 #include <gtest/gtest.h>
 #include <cmath>
 #include <functional>

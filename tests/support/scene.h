@@ -1,7 +1,9 @@
 // Scenes for image tests: a line of DejaVu Sans Bold as an outline block in global memory, the caller's
 // buffer as an image that counts the pixels a drawing changed.
 #pragma once
+#include <gtest/gtest.h>
 #include <algorithm>
+#include <cstring>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,7 +16,20 @@ class TextScene {
  public:
   // DejaVu Sans Bold at pixelSize, pen starting at (originX, baselineY). Fails the running test (and
   // holds no block) when the text cannot be laid out.
-  TextScene(const std::string& text, int32_t pixelSize, double originX, double baselineY);
+  TextScene(const std::string& text, int32_t pixelSize, double originX, double baselineY) {
+    text::TextLine line;
+    line.text = text, line.pixelSize = pixelSize, line.originX = originX, line.baselineY = baselineY;
+    text::OutlineBlock out;
+    std::string error;
+    if (!text::BuildOutlineBlock(line, &out, &error)) {
+      ADD_FAILURE() << "cannot lay out \"" << text << "\": " << error;
+      return;
+    }
+    bytes_ = std::move(out.bytes);
+    ink_ = out.ink;
+    global_ = std::make_unique<text::GlobalBlock>(bytes_);
+    if (!bytes_.empty() && global_->handle() == nullptr) ADD_FAILURE() << "no global memory for the block";
+  }
   // A block made elsewhere (written by another run, or built by hand).
   explicit TextScene(const std::vector<uint8_t>& bytes)
       : bytes_(bytes),
@@ -35,7 +50,16 @@ class TextScene {
 // The outline records of `bytes` grown to `size` bytes by one more contour that adds nothing to the
 // drawing: its start point is the first contour's and its body holds records of no points. Render then
 // decodes the whole of a block larger than its outline, as a caller's spare room would be.
-std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size);
+inline std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size) {
+  std::vector<uint8_t> padded(bytes);
+  if (bytes.size() < 16 || size < bytes.size() + 16) return padded;
+  padded.resize(size, 0);
+  const uint32_t cb = static_cast<uint32_t>(size - bytes.size()), type = 24;
+  std::memcpy(&padded[bytes.size()], &cb, 4);
+  std::memcpy(&padded[bytes.size() + 4], &type, 4);
+  std::memcpy(&padded[bytes.size() + 8], &bytes[8], 8);
+  return padded;
+}
 
 // The caller's buffer: width x height pixels, rows without padding.
 class Image {
