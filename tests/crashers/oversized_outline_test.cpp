@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <cmath>
 #include <functional>
+#include <tuple>
 #include <vector>
 #include "api/process_handle.h"
 #include "render/render_process.h"
@@ -53,11 +54,7 @@ Process& Extruded(Process& p, bool translucent, uint8_t colouring) {
 // Shadow stays opaque; a translucent one keeps its alpha as one even body (colouring 0) or builds up
 // 160 -> 220 -> 242 -> 250 with the stamps (colouring 1).
 TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
-  const struct {
-    void (*apply)(Process&);
-    bool kept;
-    uint32_t colour;
-  } cases[] = {
+  const std::tuple<void (*)(Process&), bool, uint32_t> cases[] = {
       {[](Process& p) { FaceOutline(p).blur(254, 254, 0); }, false, 0xFFF0C828u},
       {[](Process& p) { FaceOutline(p); }, true, 0xFFF0C828u},
       {[](Process& p) { Extruded(p, false, 1); }, true, 0xFF000000u},
@@ -70,10 +67,8 @@ TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
        true, 0xFF0A141Eu},
   };
   const TextScene triangle = Contour({Pt(-4000, -4000), Pt(6500, -4000), Pt(-4000, 6500)});
-  for (const auto& c : cases) {
-    const Image image = Draw(triangle, 64, 48, c.apply, c.kept);
-    EXPECT_EQ(image.pixels(), std::vector<uint32_t>(64 * 48, c.colour)) << "case " << (&c - cases);
-  }
+  for (const auto& [apply, kept, colour] : cases)
+    EXPECT_EQ(Draw(triangle, 64, 48, apply, kept).pixels(), std::vector<uint32_t>(64 * 48, colour)) << colour;
 }
 
 // A sliver of a triangle from (10, 60) up to (4106, -15300) and back down, of which the buffer sees only

@@ -10,6 +10,7 @@ namespace lx::test {
 class Process {
  public:
   using U8 = uint8_t;
+  using I32 = int32_t;
   Process() : slot_(CreateRenderProcess()) {}
   ~Process() { DestroyRenderProcess(&slot_); }
   Process(const Process&) = delete;
@@ -34,19 +35,15 @@ class Process {
   Process& blur(U8 face, U8 outline, U8 shadow) {
     return set(SetFaceBlurLevel, face).set(SetOutlineBlurLevel, outline).set(SetShadowBlurLevel, shadow);
   }
-  Process& faceGradient(int32_t t, double p = 0.5, double q = 0.5) { return set(SetGradientFace, t, p, q); }
-  Process& outlineGradient(int32_t type, double p1 = 0.5, double p2 = 0.5) {
-    return set(SetGradientOutline, type, p1, p2);
-  }
+  Process& faceGradient(I32 t, double p = 0.5, double q = 0.5) { return set(SetGradientFace, t, p, q); }
+  Process& outlineGradient(I32 t, double p = 0.5, double q = 0.5) { return set(SetGradientOutline, t, p, q); }
   // Colour stops as packed colours (red lowest, alpha highest); no weights means all 1.
   bool faceStops(std::vector<uint32_t> colours, std::vector<uint32_t> weights = {}) {
     const U8 n = static_cast<U8>(colours.size());
     return SetFaceGradientColors(&slot_, colours.data(), weights.empty() ? nullptr : weights.data(), &n);
   }
   Process& faceFit(U8 mode) { return set(SetFaceGradientFitMode, mode); }
-  bool faceArea(int32_t l, int32_t t, int32_t r, int32_t b) {
-    return SetFaceUserGradientArea(&slot_, &l, &t, &r, &b);
-  }
+  bool faceArea(I32 l, I32 t, I32 r, I32 b) { return SetFaceUserGradientArea(&slot_, &l, &t, &r, &b); }
   // A texture of width x height pixels used as the layer's fill with the given tiling.
   bool faceTexture(std::vector<uint32_t> pixels, int32_t width, int32_t height, int32_t tiling) {
     set(SetFaceFillType, int32_t{1}).set(SetFaceTextureTiling, tiling);
@@ -75,7 +72,6 @@ class Process {
     setter(&slot_, &values...);
     return *this;
   }
-
   RenderHandle slot_;
 };
 }  // namespace lx::test
