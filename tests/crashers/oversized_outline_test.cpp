@@ -47,12 +47,10 @@ Process& Extruded(Process& p, bool translucent, uint8_t colouring) {
   return p.extrude(1, colouring).shadowOffset(3, 3);
 }
 
-// A right triangle with 10500-pixel legs whose corner lies far above and to the left of the buffer, so
-// that the whole buffer lies deep inside it, more than a full blur's reach from every edge. There every
-// pixel carries the shape whole: blurred at the largest level (whose reach alone takes the work image
-// past what a process keeps) a Face and Outline come out as the opaque Face colour; an extruded opaque
-// Shadow stays opaque; a translucent one keeps its alpha as one even body (colouring 0) or builds up
-// 160 -> 220 -> 242 -> 250 with the stamps (colouring 1).
+// A right triangle with 10500-pixel legs around the buffer, more than a full blur's reach from every edge.
+// Blurred at the largest level (a reach past what a process keeps) a Face and Outline come out as the Face
+// colour; an extruded opaque Shadow stays opaque; a translucent one keeps its alpha as one even body
+// (colouring 0) or builds up 160 -> 220 -> 242 -> 250 with the stamps (colouring 1).
 TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
   const std::tuple<void (*)(Process&), bool, uint32_t> cases[] = {
       {[](Process& p) { FaceOutline(p).blur(254, 254, 0); }, false, 0xFFF0C828u},
@@ -80,11 +78,9 @@ TEST(OversizedOutline, TallSliverDrawsItsTipInASmallBuffer) {
   EXPECT_EQ(image.checksum(), 0x33a481b0ebf1f445u) << std::hex << "0x" << image.checksum();
 }
 
-// An unblurred extrusion smooths by the densest pixel of the whole Shadow image; past a bounded size the
-// part near the buffer stands in (the whole was 13 s at -O2 for the fuzzer's block, whose part near the
-// buffer holds no pixel at the Shadow's full alpha). Along a thin 45-degree band 0.4 pixels across it
-// holds the same densest pixel as the whole, so a band 9000 pixels long draws exactly what a band 200
-// long, still measured whole, draws.
+// An unblurred extrusion smooths by the densest pixel of the Shadow image; past a bounded size the part
+// near the buffer stands in (13 s at -O2 for the fuzzer's block, with no full-alpha pixel near the buffer).
+// A thin 45-degree band holds the same densest pixel everywhere: 9000 pixels long, it draws what 200 do.
 TEST(OversizedOutline, HugeThinExtrudedBandSmoothsByThePartNearTheBuffer) {
   const auto band = [](double length) {
     const double a = -30.0, b = a + length;

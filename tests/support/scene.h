@@ -67,11 +67,9 @@ class Image {
   Image(int32_t width, int32_t height, uint32_t fill = 0)
       : width_(width), height_(height), pixels_(static_cast<size_t>(width) * height, fill) {}
 
-  // Width and height as Render reads them, by address.
+  // Width and height as Render reads them, by address; pixels row by row.
   const int32_t* width() const { return &width_; }
   const int32_t* height() const { return &height_; }
-  int32_t w() const { return width_; }
-  int32_t h() const { return height_; }
   void* data() { return pixels_.data(); }
   const std::vector<uint32_t>& pixels() const { return pixels_; }
   uint32_t at(int32_t x, int32_t y) const { return pixels_[static_cast<size_t>(y) * width_ + x]; }
