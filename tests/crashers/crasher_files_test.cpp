@@ -16,13 +16,13 @@ const std::vector<int32_t> kNothing = {0, 0, 0, 0};
 
 // Decodes `bytes` ending where a page without access begins (a read past them faults even without a
 // sanitizer) into a path that already holds a vertex.
-std::vector<int32_t> Decode(const std::vector<uint8_t>& bytes, OutlinePath* path, bool flag = false) {
+std::vector<int32_t> Decode(const std::vector<uint8_t>& bytes, OutlinePath* path) {
   GuardedPages pages(bytes.size() / 4096 + 3);
   pages.protect(pages.pageCount() - 1, GuardedPages::Access::kNone);
   uint8_t* data = pages.page(pages.pageCount() - 1) - bytes.size();
   if (!bytes.empty()) std::memcpy(data, bytes.data(), bytes.size());
   *path = {{1.0, 1.0, kPathMoveTo}};
-  const IntRect r = DecodeOutlineBlock(data, bytes.size(), flag, path);
+  const IntRect r = DecodeOutlineBlock(data, bytes.size(), false, path);
   return {r.left, r.top, r.right, r.bottom};
 }
 

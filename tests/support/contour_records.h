@@ -6,7 +6,6 @@
 #include <vector>
 
 namespace lx::test {
-
 struct FxPoint {
   int32_t x, y;  // raw 16.16
 };
