@@ -10,7 +10,6 @@
 #include <fstream>
 #include <string>
 #include <vector>
-#include "tests/support/crasher_files.h"
 #include "tests/support/crosscheck_scenes.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include "render/outline_decoder.h"
 #include "tests/image/tga_test_files.h"
-#include "tests/support/crasher_files.h"
+#include "tests/support/scene.h"
 #include "tests/support/guard_pages.h"
 
 namespace lx::test {

@@ -11,7 +11,6 @@
 #include "api/process_handle.h"
 #include "render/render_process.h"
 #include "tests/support/contour_records.h"
-#include "tests/support/crasher_files.h"
 #include "tests/support/deep_border_blocks.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"

@@ -1,9 +1,11 @@
-// Scenes for image tests: a line of DejaVu Sans Bold as an outline block in global memory, the caller's
-// buffer as an image that counts the pixels a drawing changed.
+// Scenes for image tests: a line of DejaVu Sans Bold or a block read from a file as an outline block in
+// global memory, the caller's buffer as an image that counts the pixels a drawing changed.
 #pragma once
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -46,6 +48,16 @@ class TextScene {
   text::InkBox ink_;
   std::unique_ptr<text::GlobalBlock> global_;
 };
+
+// The whole file at `path`, or of tests/crashers/data/`name` (inputs that once broke something); empty
+// when it cannot be read.
+inline std::vector<uint8_t> ReadBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+inline std::vector<uint8_t> CrasherFile(const std::string& name) {
+  return ReadBytes(std::string(LETTRIX_CRASHER_DIR) + "/" + name);
+}
 
 // The outline records of `bytes` grown to `size` bytes by one more contour that adds nothing to the
 // drawing: its start point is the first contour's and its body holds records of no points. Render then
