@@ -1,10 +1,32 @@
-"""lettrix.render and the lettrix program, given the same settings, draw the same pixels."""
+"""lettrix.render and the lettrix program (of the same build), given the same settings, draw the same pixels and
+refuse the same values with the same messages (with the keywords' Python names); wrong types raise TypeError;
+outline_block takes the text library's ranges."""
+
+import os
+import re
+import subprocess
+from pathlib import Path
 
 import numpy as np
 import pytest
+from PIL import Image
 
 import lettrix
 from lettrix import _keywords
+
+PROGRAM = Path(os.environ.get("LETTRIX_PROGRAM", Path(__file__).resolve().parents[2] / "build/native/bin/lettrix"))
+
+
+@pytest.fixture
+def run_program(tmp_path):
+    """Runs the program with options and text; returns (exit code, its RGBA image or None, stderr)."""
+    def run(args, text):
+        out = tmp_path / f"program-{len(list(tmp_path.iterdir()))}.png"
+        done = subprocess.run([str(PROGRAM), *args, "-o", str(out), "--text", text], capture_output=True, text=True,
+                              timeout=300)
+        return done.returncode, np.array(Image.open(out)) if done.returncode == 0 else None, done.stderr
+    return run
+
 
 # Every preset, and combinations that reach every kind of value: tuples, colour tuples, stops with
 # weights, switches over a preset, layout options, a fixed canvas and a generated texture.
@@ -30,3 +52,81 @@ def test_render_draws_as_the_program_does(run_program, text, keywords):
     assert np.array_equal(lettrix.render(text, preset=preset, **keywords), theirs)
     if keywords == dict(size=64):  # without a text, a preset draws its sample words
         assert np.array_equal(lettrix.render(preset=preset, size=64), theirs)
+
+
+def test_texture_file_is_read_as_the_program_reads_it(run_program, tmp_path):
+    stripes = np.zeros((8, 8, 4), np.uint8)
+    stripes[::2, :, 0] = stripes[1::2, :, 2] = stripes[..., 3] = 255
+    lettrix.save(stripes, tmp_path / "stripes.png")
+    keywords = dict(size=64, face_texture=str(tmp_path / "stripes.png"))
+    program = run_program(_keywords.command_line(None, keywords), "Tx")[1]
+    assert np.array_equal(lettrix.render("Tx", **keywords), program)
+
+
+def numeric_ends():
+    """(keyword, its range's ends, values just outside them) of each numeric keyword, in its own shape; a
+    pair's places each refused on their own."""
+    for k in _keywords.KEYWORDS.values():
+        if k.form in ("PX", "N", "DEGREES", "FACTOR", "X,Y", "DX,DY", "X[,Y]", "WxH|fit"):
+            ends = re.match(r"(-?[\d.]+)\.\.(-?[\d.]+)", k.range).groups()
+            low, high = (float(v) if k.decimal else int(v) for v in ends)
+            step = 0.001 if k.decimal else 1
+            single = k.form in ("PX", "N", "DEGREES", "FACTOR")
+            shape = (lambda v, w: v) if single else (lambda v, w: (v, w))
+            yield k.name, [shape(low, low), shape(high, high)], \
+                [shape(low - step, low), shape(high + step, high)] + ([] if single else [(low, high + step)])
+
+
+NUMERIC = list(numeric_ends())
+# Values just outside each numeric range, then malformed ones (a colour tuple has no command-line form).
+REFUSED = [(name, value) for name, _, outside in NUMERIC for value in outside] + [
+    ("face_color", (256, 0, 0)), ("face_color", (0, -1, 0, 0)), ("face_color", "#GG0000"), ("face_colors", "#000000"),
+    ("face_stops", []), ("face_stops", ["#102030"] * 256), ("face_stops", [("#000000", -1), ("#FFFFFF", 1)]),
+    ("face_gradient_area", (5, 0, 5, 10)), ("face_gradient", "radial:-0.001,1"), ("align", "middle"),
+    ("language", "not a tag"), ("features", "liga=?")]
+
+
+@pytest.mark.parametrize("name,ends", [(name, ends) for name, ends, _ in NUMERIC], ids=[n[0] for n in NUMERIC])
+def test_numeric_keyword_takes_the_ends_of_its_range(name, ends):
+    for value in ends:
+        _keywords.settings_from(None, {name: value})
+
+
+@pytest.mark.parametrize("name,value", REFUSED, ids=[name for name, _ in REFUSED])
+def test_value_out_of_range_is_refused_as_the_program_refuses_it(run_program, name, value):
+    with pytest.raises(ValueError, match=f"^{name}: .*{re.escape(_keywords.KEYWORDS[name].range)}") as refused:
+        lettrix.render("x", **{name: value})
+    try:
+        args = _keywords.command_line(None, {name: value})
+    except ValueError:
+        return
+    code, _, stderr = run_program(args, "x")
+    assert code == 2 and str(refused.value)[len(name) + 2:].split("; " + name + " takes")[0] in stderr
+
+
+# Wrong types raise TypeError; unknown and conflicting keywords are refused too.
+@pytest.mark.parametrize("keywords,kind,message", [({name: value}, TypeError, f"^{name}: ") for name, value in [
+    ("size", "96"), ("size", True), ("face_color", 0xFF0000), ("face_color", (1.0, 0, 0)), ("shadow_offset", 5),
+    ("shadow_offset", ("1", "2")), ("canvas", 300), ("bevel", 1), ("font", 12), ("face_stops", 7), ("translate", {})]
+] + [
+    (dict(outline_widht=3), TypeError, "outline_widht"), (dict(preset="no-such-preset"), ValueError, "^preset: "),
+    (dict(face_color="red", face_stops=["red"]), ValueError, "face_color and"),
+    (dict(font="a.ttf", family="DejaVu Sans"), ValueError, "font and family")])
+def test_wrong_unknown_and_conflicting_keywords_are_refused(keywords, kind, message):
+    with pytest.raises(kind, match=message):
+        lettrix.render("x", **keywords)
+
+
+# outline_block takes the text library's own ranges: (keyword, accepted at the ends, refused just outside).
+@pytest.mark.parametrize("name,good,bad", [
+    ("size", [1, 2048], [0.99, 2048.01]), ("font_index", [0], [-1, 65536]),
+    ("line_spacing", [0.1, 10], [0.099, 10.001]),
+    ("letter_spacing", [-1000, 1000], [-1000.001, 1000.001]), ("wrap", [0, 1, 32767], [-1, 0.5, 32768]),
+    ("language", ["ar", "sr-Latn"], ["not a tag"]), ("script", ["Arab", "Latn"], ["Xx1"]),
+    ("features", ["liga=0,kern", "+smcp"], ["liga=?"]), ("align", ["left", "centre", "center", "right"], ["middle"]),
+    ("direction", ["auto", "ltr", "rtl"], ["up"])], ids=lambda v: v if isinstance(v, str) else "")
+def test_outline_block_takes_the_ends_of_its_ranges_and_refuses_just_outside(name, good, bad):
+    assert all(lettrix.outline_block("Hx", **{name: value}).block for value in good)
+    for value in bad:
+        with pytest.raises(ValueError, match=f"^{name}: "):
+            lettrix.outline_block("Hx", **{name: value})

@@ -38,9 +38,6 @@ std::string Line(const T&... values) {
 Image Draw(const std::string& options, const std::string& text, const ImageReader& reader = {}) {
   return FromRgba(Compose(Set(options), text, reader));
 }
-int Count(const Image& image, uint32_t pixel) {
-  return static_cast<int>(std::count(image.pixels.begin(), image.pixels.end(), pixel));
-}
 // Left, top, right, bottom (outside) of the pixels equal to `pixel`, or with any alpha when it is 0.
 std::vector<int> Box(const Image& im, uint32_t pixel = 0) {
   std::vector<int> b{im.width, im.height, 0, 0};
@@ -88,56 +85,42 @@ TEST(OptionTable, ValuesReachTheirSettingsAtTheEndsOfTheirRanges) {
             Line(40, int(FillKind::kStops), 3, "1b1b1fff"));
 }
 
-// Each numeric option's range is checked at both ends, and just outside them, through the Python keywords.
+// Ends of the numeric ranges, and the malformed values the Python keywords share, are refused by Python's
+// tests with the program's messages; these are the rest.
 TEST(OptionTable, MalformedValuesAreRefusedWithTheOptionsNameAndLeaveTheSettingsAlone) {
-  std::string manyStops = "face-stops=red";
-  for (int i = 0; i < 255; ++i) manyStops += ",blue";
   const std::pair<std::string, const char*> cases[] = {
       {"size=12px", "--size: '12px' is not a whole number (4..1000)"},
-      {"align=middle", "--align: 'middle' is not an alignment (left, centre or right)"},
-      {"language=en_US", "--language: 'en_US' is not a language tag"},
-      {"features=kern,,liga", "--features: '' is not an OpenType feature setting"},
       {"bevel=yes", "--bevel takes no value"},
       {"nonsense=1", "unknown option '--nonsense'"},
       {"canvas=100", "WxH"},
-      {"face-colors=red", "START,END"},
-      {manyStops, "at most 255"},
-      {"face-gradient=radial:0.5", "two fractions"},
-      {"face-gradient-area=10,10,10,50", "empty rectangle"},
       {"face-color=#12", "--face-color: '#12' is not a colour (#RGB"},
-      {"face-color=#ggg", "'#ggg' is not a colour"},
-      {"preset=sparkle", "--preset: no preset named 'sparkle' (see --list-presets)"},
+      {"align=middle", "--align: 'middle' is not an alignment (left, centre or right)"},
   };
-  for (const auto& [option, message] : cases) {
-    Settings s;
-    const auto set = [&] {
-      option.rfind("preset=", 0) ? (void)(s = Set(option)) : ApplyPreset(s, option.substr(7));
-    };
-    EXPECT_NE(Refusal(set, 2).find(message), std::string::npos) << message;
-  }
+  for (const auto& [option, message] : cases)
+    EXPECT_NE(Refusal([&] { Set(option); }, 2).find(message), std::string::npos);
   Settings s = Set("face-stops=red,blue");
+  EXPECT_NE(
+      Refusal([&] { ApplyPreset(s, "sparkle"); }, 2).find("no preset named 'sparkle' (see --list-presets)"),
+      std::string::npos);
   EXPECT_THROW(SetOption(s, "face-stops", "red,nocolour"), Error);
   EXPECT_THROW(SetOption(s, "shadow-offset", "3,9999"), Error);
   EXPECT_EQ(s.face.stops.size() + s.shadowX, 2u);
 }
 
+// Missing fonts, bad text and the coordinate range: refused in the text library's, program's and Python's
+// tests.
 TEST(Composition, FailuresCarryTheCommandLinesMessages) {
   const ImageReader tooFewBytes = [](const std::string&) { return RgbaImage{4, 4, {0, 0}}; };
   const std::tuple<std::string, std::string, int, const char*> cases[] = {
-      {"font=/nonexistent.ttf", "a", 1, "cannot open font file '/nonexistent.ttf'"},
       {"family=Nonexistent", "a", 1, "no installed font of family 'Nonexistent'"},
-      {"size=40", "ab\xff", 1, "not valid UTF-8"},
-      {"size=40", "   ", 1, "nothing to draw"},
       {"face-texture=gen:plaid", "a", 2, "no generated texture named 'plaid'"},
       {"face-texture=wood.tga", "a", 1, "cannot read texture file 'wood.tga'"},
       {"face-texture=t.png", "reader", 1, "fewer than its size"},
-      {"letter-spacing=1000", std::string(40, 'i'), 1, "16.16 coordinate range"},
   };
   for (const auto& [options, text, exitCode, message] : cases) {
-    EXPECT_NE(Refusal([&] { Draw(options, text, text == "reader" ? tooFewBytes : nullptr); }, exitCode)
-                  .find(message),
-              std::string::npos)
-        << message;
+    const std::string refusal =
+        Refusal([&] { Draw(options, text, text == "reader" ? tooFewBytes : nullptr); }, exitCode);
+    EXPECT_NE(refusal.find(message), std::string::npos) << message;
   }
 }
 
@@ -159,9 +142,9 @@ TEST(Composition, TheCanvasAndEachSettingReachThePicture) {
   const std::vector<int> face = Box(Draw(shadow, "I"), 0xFFFFFFFF),
                          offset = Box(Draw(shadow, "I"), 0xFFFF0000);
   EXPECT_EQ(std::make_pair(offset[0] - face[0], offset[1] - face[1]), std::make_pair(-40, -25));
-  EXPECT_EQ(Count(Draw(shadow + "no-shadow", "I"), 0xFFFF0000) +
-                Count(Draw(shadow + "shadow-only", "I"), 0xFFFFFFFF),
-            0);
+  EXPECT_EQ(
+      Box(Draw(shadow + "no-shadow", "I"), 0xFFFF0000)[2] + Box(Draw(shadow + "shadow-only", "I"), ~0u)[2],
+      0);
   // Each drawing setting changes the picture ("context|setting": with the context, adding the setting); what
   // it draws is the library's own business.
   std::istringstream cases(
