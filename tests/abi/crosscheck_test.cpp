@@ -5,38 +5,20 @@
 // The blocks are kept in the tree so that the checksums depend on the library alone, not on the font or
 // FreeType of the machine. A scene without a recorded block lays its text out and records it.
 #include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
-
 #include "tests/support/crosscheck_scenes.h"
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
 
 namespace lx::test {
 namespace {
-
-std::vector<uint8_t> ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
 bool WriteFile(const std::string& path, const void* data, size_t size) {
   std::ofstream out(path, std::ios::binary);
-  out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
-  return static_cast<bool>(out);
-}
-
-uint64_t Fnv1a(const std::vector<uint32_t>& pixels) {
-  uint64_t h = 0xCBF29CE484222325u;
-  for (uint32_t p : pixels) {
-    for (int i = 0; i < 4; ++i) h = (h ^ ((p >> (8 * i)) & 0xFF)) * 0x100000001B3u;
-  }
-  return h;
+  return static_cast<bool>(out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size)));
 }
 
 class CrossCheck : public ::testing::TestWithParam<CrossScene> {};
@@ -45,57 +27,45 @@ TEST_P(CrossCheck, SameBlockAndSettingsGiveTheSamePixels) {
   const CrossScene& s = GetParam();
   const char* native = std::getenv("LETTRIX_NATIVE_BUILD");
   const bool compare = native != nullptr && *native != '\0';
-  const std::string ownDir = "crosscheck";
-  const std::string inDir = compare ? std::string(native) + "/bin/crosscheck" : ownDir;
-
-  std::vector<uint8_t> bytes;
-  if (compare) {
-    bytes = ReadFile(inDir + "/" + s.name + ".block");
-    ASSERT_FALSE(bytes.empty()) << "no block from the native run in " << inDir;
-  } else {
-    const std::string recorded = std::string(LETTRIX_REFERENCE_DIR) + "/" + s.name + ".block";
-    bytes = ReadFile(recorded);
-    if (bytes.empty()) {
-      const TextScene laidOut(s.text, s.pixelSize, 6, s.height * 0.75);
-      bytes = laidOut.bytes();
-      ASSERT_TRUE(WriteFile(recorded, bytes.data(), bytes.size()));
-      ADD_FAILURE() << "recorded a new block: " << recorded;
-    }
+  const std::string own = std::string("crosscheck/") + s.name,
+                    recorded = std::string(LETTRIX_REFERENCE_DIR) + "/" + s.name + ".block",
+                    in = compare ? std::string(native) + "/bin/" + own : recorded;
+  std::vector<uint8_t> bytes = ReadBytes(compare ? in + ".block" : recorded);
+  if (bytes.empty()) {
+    ASSERT_FALSE(compare) << "no block from the native run in " << in;
+    bytes = TextScene(s.text, s.pixelSize, 6, s.height * 0.75).bytes();
+    ASSERT_TRUE(WriteFile(recorded, bytes.data(), bytes.size()));
+    ADD_FAILURE() << "recorded a new block: " << recorded;
   }
-  const TextScene scene(bytes);
   Process p;
   s.apply(p);
   Image image(s.width, s.height, s.ground);
-  ASSERT_TRUE(p.render(scene, image));
+  ASSERT_TRUE(p.render(TextScene(bytes), image));
   ASSERT_GT(image.countOther(s.ground), 0u) << "the scene draws something";
-
+  const auto* got = reinterpret_cast<const uint8_t*>(image.pixels().data());
+  const size_t size = image.pixels().size() * 4;
   if (!compare) {
-    EXPECT_EQ(Fnv1a(image.pixels()), s.reference) << std::hex << "0x" << Fnv1a(image.pixels());
-    std::filesystem::create_directories(ownDir);
-    ASSERT_TRUE(WriteFile(ownDir + "/" + s.name + ".block", bytes.data(), bytes.size()));
-    ASSERT_TRUE(
-        WriteFile(ownDir + "/" + s.name + ".pixels", image.pixels().data(), image.pixels().size() * 4));
+    EXPECT_EQ(image.checksum(), s.reference) << std::hex << "0x" << image.checksum();
+    std::filesystem::create_directories("crosscheck");
+    ASSERT_TRUE(WriteFile(own + ".block", bytes.data(), bytes.size()) &&
+                WriteFile(own + ".pixels", got, size));
     return;
   }
-  const std::vector<uint8_t> expected = ReadFile(inDir + "/" + s.name + ".pixels");
-  ASSERT_EQ(expected.size(), image.pixels().size() * 4);
-  const auto* got = reinterpret_cast<const uint8_t*>(image.pixels().data());
+  const std::vector<uint8_t> expected = ReadBytes(in + ".pixels");
+  ASSERT_EQ(expected.size(), size);
   size_t differing = 0, beyondOne = 0;
   for (size_t i = 0; i < expected.size(); ++i) {
     differing += got[i] != expected[i];
     beyondOne += std::abs(int{got[i]} - int{expected[i]}) > 1;
   }
-  if (s.systemMath == nullptr) {
-    EXPECT_EQ(differing, 0u) << "bytes that differ from the native library";
-  } else {
-    EXPECT_EQ(beyondOne, 0u) << "bytes that differ by more than 1 (" << s.systemMath << ")";
-  }
+  EXPECT_EQ(s.systemMath ? beyondOne : differing, 0u)
+      << "bytes that differ from the native library"
+      << (s.systemMath ? std::string(" by more than 1 (") + s.systemMath + ")" : "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, CrossCheck, ::testing::ValuesIn(CrossScenes()),
                          [](const ::testing::TestParamInfo<CrossScene>& info) {
                            return std::string(info.param.name);
                          });
-
 }  // namespace
 }  // namespace lx::test

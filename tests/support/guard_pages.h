@@ -1,20 +1,17 @@
 // Pages with chosen access rights, for tests that hand the library memory it must not touch: a buffer
 // that ends where a page without access begins, a read-only source, a range that runs off the mapping.
 #pragma once
-
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 
 namespace lx::test {
-
 class GuardedPages {
  public:
   // kHole: the page is given back to the system, so any access to it faults.
   enum class Access { kNone, kRead, kReadWrite, kHole };
 
-  // Maps pageCount contiguous pages, all readable and writable and zero-filled. Throws std::bad_alloc
-  // when the system refuses.
+  // pageCount contiguous pages, readable, writable and zero-filled; std::bad_alloc when refused.
   explicit GuardedPages(size_t pageCount);
   // One page per entry, with those rights.
   GuardedPages(std::initializer_list<Access> rights) : GuardedPages(rights.size()) {
@@ -25,19 +22,17 @@ class GuardedPages {
   GuardedPages(const GuardedPages&) = delete;
   GuardedPages& operator=(const GuardedPages&) = delete;
 
-  // The first byte of page i (i < pageCount); page(pageCount) is the end of the mapping.
+  // The first byte of page i; page(pageCount) is the end of the mapping.
   uint8_t* page(size_t i) const { return base_ + i * pageSize_; }
   size_t pageSize() const { return pageSize_; }
   size_t pageCount() const { return pageCount_; }
-
-  // Changes the access rights of page i; a hole stays a hole.
+  // Changes the rights of page i; a hole stays a hole. A test that cannot set up its memory would test
+  // nothing, so a failure aborts.
   void protect(size_t i, Access a);
   void release(size_t i) { protect(i, Access::kHole); }
 
  private:
   uint8_t* base_ = nullptr;
-  size_t pageSize_ = 0;
-  size_t pageCount_ = 0;
+  size_t pageSize_ = 0, pageCount_ = 0;
 };
-
 }  // namespace lx::test

@@ -1,13 +1,10 @@
 #include "tests/support/guard_pages.h"
-
 #include <sys/mman.h>
 #include <unistd.h>
-
 #include <cstdlib>
 #include <new>
 
 namespace lx::test {
-
 GuardedPages::GuardedPages(size_t pageCount)
     : pageSize_(static_cast<size_t>(sysconf(_SC_PAGESIZE))), pageCount_(pageCount) {
   void* p = mmap(nullptr, pageCount_ * pageSize_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -23,9 +20,8 @@ void GuardedPages::protect(size_t i, Access a) {
   const int prot = a == Access::kReadWrite ? PROT_READ | PROT_WRITE
                    : a == Access::kRead    ? PROT_READ
                                            : PROT_NONE;
-  // A test that cannot set up its memory would test nothing: stop loudly.
-  const int failed = a == Access::kHole ? munmap(page(i), pageSize_) : mprotect(page(i), pageSize_, prot);
-  if (i >= pageCount_ || failed != 0) std::abort();
+  if (i >= pageCount_ ||
+      (a == Access::kHole ? munmap(page(i), pageSize_) : mprotect(page(i), pageSize_, prot)))
+    std::abort();
 }
-
 }  // namespace lx::test

@@ -4,12 +4,10 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
-
 #include <cstdlib>
 #include <new>
 
 namespace lx::test {
-
 GuardedPages::GuardedPages(size_t pageCount) : pageCount_(pageCount) {
   SYSTEM_INFO info;
   GetSystemInfo(&info);
@@ -23,16 +21,14 @@ GuardedPages::~GuardedPages() {
   VirtualFree(base_, 0, MEM_RELEASE);
 }
 
+// A hole is decommitted: it stays reserved (so nothing else lands there) but has no storage behind it.
 void GuardedPages::protect(size_t i, Access a) {
   const DWORD prot = a == Access::kReadWrite ? PAGE_READWRITE
                      : a == Access::kRead    ? PAGE_READONLY
                                              : PAGE_NOACCESS;
   DWORD old = 0;
-  // Decommitted pages stay reserved (so nothing else lands there) but have no storage behind them. A test
-  // that cannot set up its memory would test nothing: stop loudly.
-  const bool done = a == Access::kHole ? VirtualFree(page(i), pageSize_, MEM_DECOMMIT) != 0
-                                       : VirtualProtect(page(i), pageSize_, prot, &old) != 0;
-  if (i >= pageCount_ || !done) std::abort();
+  if (i >= pageCount_ || !(a == Access::kHole ? VirtualFree(page(i), pageSize_, MEM_DECOMMIT)
+                                              : VirtualProtect(page(i), pageSize_, prot, &old)))
+    std::abort();
 }
-
 }  // namespace lx::test
