@@ -85,6 +85,7 @@ TEST_F(Interface, ValuesAreStoredWithinTheirRanges) {
   // Emboss bytes come as angle, a, c, b; the angle is clamped, the bytes read back truncated.
   EXPECT_EQ(After(SetFaceTextureEmbossed, 5.0, 0, 0, 0).emboss->azimuth(), kPi);
   EXPECT_EQ(After(SetFaceTextureEmbossed, -5.0, 0, 0, 0).embossAngle, -kPi);
+  EXPECT_EQ(After(SetFaceTextureEmbossed, NAN, 0, 0, 0).emboss->azimuth(), 0.0);  // lit as from 0
   After(SetFaceTextureEmbossed, 1.5, 255, 33, 51);
   double angle = 0.0;  // the bytes as they read back
   uint8_t p = 0, q = 0, r = 0;

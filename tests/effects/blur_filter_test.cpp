@@ -10,9 +10,8 @@ namespace {
 
 using namespace effects_test;
 
-// The blur of ordinary layers is in the reference scenes; here are its limits. A radius of 0 skips its
-// pass; empty images, no flags or no repeats change nothing; radii above 254 act as 254; a lone pixel
-// is its own neighbourhood.
+// A radius of 0 skips its pass; empty images, no flags or no repeats change nothing; radii above 254 act
+// as 254; a lone pixel is its own neighbourhood.
 TEST(BlurFilter, LimitsOfRadiiFlagsAndImages) {
   BlurFilter blur;
   const bool all[4] = {true, true, true, true};
@@ -32,9 +31,8 @@ TEST(BlurFilter, LimitsOfRadiiFlagsAndImages) {
   EXPECT_EQ(a.pixels, b.pixels);
 }
 
-// The wide path of the stack-blur line must give the scalar path's pixels on random, sparse and flat
-// lines, at every radius class, write mask and a stride between outputs. A line is often a run of a
-// longer row or column: nothing past its n pixels is read or written.
+// The wide path must give the scalar path's pixels at every radius class, write mask and output stride;
+// nothing past the line's n pixels is read or written.
 TEST(StackBlurLine, WideAndScalarPathsAgreeAndStayWithinTheLine) {
   std::mt19937 rng(1);
   for (size_t n : {1, 2, 3, 17, 256, 1000}) {

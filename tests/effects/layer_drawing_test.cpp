@@ -1,6 +1,5 @@
-// Drawing a layer: the AGG pieces it stands on, its modes, and its gradient, texture and uniform fills.
+// Drawing a layer: the AGG pieces it stands on and its gradient and uniform fills.
 #include <cmath>
-#include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -8,7 +7,6 @@
 #include "effects/agg_companions.h"
 #include "effects/gradient_fill.h"
 #include "effects/layer_drawing.h"
-#include "effects/texture_fill.h"
 
 namespace lx {
 namespace {
@@ -24,45 +22,6 @@ TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
   EXPECT_FALSE(InvertAffine(RectToParallelogram(5, 0, 5, 4, parl), &inverse));
   EXPECT_EQ(inverse.tx, 5.0);  // left alone
   EXPECT_NEAR(MaxStretch(agg::trans_affine(1, 0, 1, 1, 0, 0)), (1 + std::sqrt(5.0)) / 2, 1e-12);
-}
-
-// The area (shoelace) and largest x of each closed polygon of a stroke.
-std::vector<double> Polygons(ClosedContourStroker<FlattenedPath>& src) {
-  src.rewind(0);
-  std::vector<double> out;
-  double x, y, area = 0, maxX = -1e300, firstX = 0, firstY = 0, lastX = 0, lastY = 0;
-  for (unsigned cmd; !agg::is_stop(cmd = src.vertex(&x, &y));) {
-    if (agg::is_end_poly(cmd)) {
-      out.insert(out.end(), {std::fabs(area + lastX * firstY - firstX * lastY) / 2, maxX});
-      area = 0, maxX = -1e300;
-      continue;
-    }
-    if (agg::is_move_to(cmd)) firstX = x, firstY = y;
-    if (!agg::is_move_to(cmd)) area += lastX * y - x * lastY;
-    lastX = x, lastY = y, maxX = std::max(maxX, x);
-  }
-  return out;
-}
-
-TEST(ClosedContourStroker, SpikesAndDegenerateContours) {
-  // Two distinct points: the rectangle around the segment. One point: nothing. Then a 10 x 10 square
-  // (outer 12 x 12, inner 8 x 8), and a tip far sharper than the miter limit of 4 allows: bevelled
-  // within 4 half widths.
-  const OutlinePath path{{0, 0, kPathMoveTo},     {10, 0, kPathLineTo},    {0, 0, kPathLineTo},
-                         {50, 50, kPathMoveTo},   {50, 50, kPathLineTo},   {100, 100, kPathMoveTo},
-                         {110, 100, kPathLineTo}, {110, 110, kPathLineTo}, {100, 110, kPathLineTo},
-                         {0, 200, kPathMoveTo},   {100, 202, kPathLineTo}, {0, 204, kPathLineTo}};
-  FlattenedPath flat(path, 0.25);
-  ClosedContourStroker<FlattenedPath> stroke(flat);
-  stroke.width(2.0);
-  const std::vector<double> polygons = Polygons(stroke);
-  ASSERT_EQ(polygons.size(), 10u);
-  EXPECT_NEAR(polygons[0], 10.0 * 2.0, 1e-9);
-  EXPECT_NEAR(polygons[2], 12.0 * 12.0, 1e-9);
-  EXPECT_NEAR(polygons[4], 8.0 * 8.0, 1e-9);
-  EXPECT_GT(std::max(polygons[7], polygons[9]), 100.0);
-  EXPECT_LE(std::max(polygons[7], polygons[9]), 100.0 + 4.0 * 1.0 + 1e-9);
-  EXPECT_EQ(Polygons(stroke), polygons);  // the buffers are reused from one rewind to the next
 }
 
 // Outlines decoded from blocks always start with a move; paths built otherwise are repaired, not trusted.
@@ -96,72 +55,24 @@ const auto PixelOf = [](uint32_t c) { return (c & 0xFF00FF00u) | (c & 0xFFu) << 
 const uint32_t kRed = Packed(255, 0, 0, 255), kBlue = Packed(0, 0, 255, 255), r = PixelOf(kRed),
                b = PixelOf(kBlue);
 
-// A zeroed surface of its own and a rectangle from (x1, y1) to (x2, y2) to draw.
-struct Scene {
-  Scene(int32_t w, int32_t h, double x1, double y1, double x2, double y2) : pixels(size_t(w) * h) {
-    surface = {reinterpret_cast<uint8_t*>(pixels.data()), w, h, w * 4};
-    for (const auto& [x, y] : {std::pair{x1, y1}, {x2, y1}, {x2, y2}, {x1, y2}, {x1, y1}})
-      path.push_back({x, y, path.empty() ? uint32_t{kPathMoveTo} : uint32_t{kPathLineTo}});
-  }
-  // Draws afresh and checks the pixels named by (x, y, pixel) triples.
-  void expectDraws(int32_t mode, const V& probes, const LayerAreas& areas = LayerAreas{}) {
-    std::fill(pixels.begin(), pixels.end(), 0u);
-    DrawLayer(surface, path, matrix, face, outline, stroke, mode, areas);
-    V got, want;
-    for (size_t i = 0; i + 2 < probes.size(); i += 3) {
-      got.push_back(pixels[probes[i + 1] * size_t(surface.width) + probes[i]]);
-      want.push_back(probes[i + 2]);
-    }
-    EXPECT_EQ(got, want);
-  }
-  // Gives a layer a texture that wraps test-owned pixels.
-  void setTexture(FillSettings* layer, const V& pixels, int32_t w, int32_t h) {
-    texels = pixels;
-    layer->texture = std::make_unique<TextureImage>();
-    layer->texture->pixels = texels.data();
-    layer->texture->width = w, layer->texture->height = h, layer->texture->bounds = {0, 0, w, h};
-    layer->fillType = 1;
-  }
-
-  FillSettings face, outline;
-  Affine matrix;
-  double stroke = 0;
-  OutlinePath path;
-  V pixels, texels;
-  PixelView surface;
-};
-
-TEST(LayerDrawing, ModesAndNothingToDraw) {
-  Scene s(80, 80, 20, 20, 60, 60);
-  s.face.startColour = s.face.endColour = kRed;
-  s.outline.startColour = s.outline.endColour = kBlue;
-  s.stroke = 8.0;
-  s.expectDraws(kDrawFaceThenOutline, {40, 40, r, 21, 40, b, 17, 40, b});  // the stroke's inner half on top
-  for (int32_t mode : {4, -1}) s.expectDraws(mode, {40, 40, 0, 17, 40, 0});
-  s.stroke = 0.0;  // no Outline at all
-  s.expectDraws(kDrawFaceThenOutline, {20, 40, r, 19, 40, 0});
-  s.surface.pixels = nullptr;  // nothing to draw into, or nothing to draw
-  s.expectDraws(kDrawFace, {});
-  s.surface.pixels = reinterpret_cast<uint8_t*>(s.pixels.data());
-  s.path.clear();
-  s.expectDraws(kDrawFace, {});
-  EXPECT_EQ(s.pixels, V(80 * 80, 0u));
-}
-
 // Gradient kinds and parameters at the ends of their ranges, on a 32 x 32 square from (16, 16), red to blue.
 TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
   const auto expect = [&](int32_t kind, void (*set)(FillSettings&), const V& probes) {
-    Scene s(64, 64, 16, 16, 48, 48);
-    s.face.gradientType = kind;
-    s.face.startColour = kRed;
-    s.face.endColour = kBlue;
-    set(s.face);
-    SCOPED_TRACE(kind);
-    s.expectDraws(kDrawFace, probes);
+    V pixels(64 * 64, 0u), got, want;
+    OutlinePath path;
+    for (const auto& [x, y] : {std::pair{16, 16}, {48, 16}, {48, 48}, {16, 48}, {16, 16}})
+      path.push_back({double(x), double(y), path.empty() ? uint32_t{kPathMoveTo} : uint32_t{kPathLineTo}});
+    FillSettings face;
+    face.gradientType = kind, face.startColour = kRed, face.endColour = kBlue;
+    set(face);
+    DrawLayer({reinterpret_cast<uint8_t*>(pixels.data()), 64, 64, 256}, path, Affine{}, face, FillSettings{},
+              0.0, kDrawFace, LayerAreas{});
+    for (size_t i = 0; i + 2 < probes.size(); i += 3)
+      got.push_back(pixels[probes[i + 1] * 64 + probes[i]]), want.push_back(probes[i + 2]);
+    EXPECT_EQ(got, want) << kind;
   };
   expect(0, [](FillSettings& f) { f.useGradientTable = 1, f.gradientColours = {0xFF00FF00u}; },
          {16, 16, r, 47, 47, r});
-  expect(4, [](FillSettings&) {}, {16, 16, r, 47, 47, r});
   expect(3, [](FillSettings& f) { f.gradientAngle = NAN; }, {16, 16, r, 47, 47, r});
   // Radial fractions are held to 0 .. 1 (not a number as 0).
   expect(2, [](FillSettings& f) { f.gradientFrom = f.gradientTo = NAN; }, {32, 32, b, 16, 16, b});
@@ -170,33 +81,9 @@ TEST(LayerDrawing, GradientsAtTheLimitsOfTheirSettings) {
   expect(1, [](FillSettings& f) { f.gradientFitMode = 1; }, {32, 16, r, 32, 47, b});
 }
 
-TEST(LayerDrawing, GradientRampAndArea) {
-  const uint32_t x = Packed(255, 0, 0, 255), y = Packed(0, 255, 0, 128), z = Packed(0, 0, 255, 0);
-  const uint32_t start = Packed(0, 0, 0, 255), end = Packed(255, 255, 255, 255),
-                 mid = Packed(128, 128, 128, 255);
-  // Each colour owns a share as wide as its weight; the ramp runs through the shares' centres, the first
-  // and last moved to the ends. Nine entries fall at eighths: entries 0, 4, 5 and 8 (0: not checked).
-  const auto expect = [&](int32_t useTable, const V& colours, const V& weights, const V& entries) {
-    FillSettings f;
-    f.startColour = start, f.endColour = end, f.useGradientTable = useTable;
-    f.gradientColours = colours, f.gradientStops = weights;
-    uint32_t ramp[9];
-    BuildGradientRamp(f, ramp, 9);
-    const V got{ramp[0], ramp[4], ramp[5], ramp[8]};
-    for (size_t i = 0; i < 4; ++i)
-      EXPECT_EQ(got[i], entries[i] ? PixelOf(entries[i]) : got[i])
-          << i << " of " << testing::PrintToString(weights);
-  };
-  expect(1, {x, y, z}, {2, 1, 1}, {x, 0, y, z});
-  expect(1, {x, y, x}, {0, 0, 0}, {x, y, 0, x});
-  expect(1, {x, y, x}, {}, {x, y, 0, x});
-  expect(1, {y}, {9}, {y, y, y, y});
-  expect(1, {}, {}, {start, mid, 0, end});
-  expect(0, {x, y}, {1, 1}, {start, mid, 0, end});
-  expect(1, {x, y, z}, {5, 0, 5}, {x, Packed(128, 0, 128, 128), 0, z});  // no trace of a colour weighing 0
-
-  // A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range;
-  // an empty one counts as none.
+// A user area wins over fit mode 1, moved by the caller's buffer corner and held at the integer range; an
+// empty one counts as none.
+TEST(LayerDrawing, GradientArea) {
   FillSettings f;
   f.gradientFitMode = 1;
   f.userGradientArea = {10, 10, 10, 50};
@@ -205,38 +92,6 @@ TEST(LayerDrawing, GradientRampAndArea) {
   const IntRect held = GradientArea(f, {}, {10, -1, 20, 20});
   EXPECT_EQ((std::vector<int32_t>{empty.left, empty.bottom, held.left, held.top, held.right, held.bottom}),
             (std::vector<int32_t>{-5, 200, INT32_MAX, INT32_MIN, INT32_MAX, 9}));
-}
-
-// Where each tiling lays a texture on a 40 x 40 square at (x, y) of a 60 x 60 surface. The checker
-// has four distinct opaque pixels: A B on its first row, C D on the second.
-TEST(LayerDrawing, TexturePlacementOfEachTiling) {
-  constexpr uint32_t kA = 0xFF102030u, kB = 0xFF405060u, kC = 0xFF708090u, kD = 0xFFA0B0C0u, kWhite = ~0u;
-  const uint32_t colour = Packed(1, 2, 3, 255), painted = PixelOf(colour);
-  const auto expect = [&](int32_t tiling, double x, double y, double stroke, IntRect rect,
-                          void (*change)(FillSettings&), const V& probes) {
-    Scene s(60, 60, x, y, x + 40, y + 40);
-    s.setTexture(&s.face, {kA, kB, kC, kD}, 2, 2);
-    s.face.startColour = s.face.endColour = colour;
-    s.face.textureTiling = tiling;
-    change(s.face);
-    s.stroke = stroke;
-    LayerAreas areas;
-    areas.faceTexture = rect;
-    SCOPED_TRACE(tiling);
-    s.expectDraws(kDrawFace, probes, areas);
-  };
-  const auto same = [](FillSettings&) {};
-  // Repeated from the rectangle's corner at the texture's own size; an unknown tiling repeats, and an
-  // empty rectangle is the shape's box.
-  expect(kTextureRepeated, 0, 0, 0, {11, 10, 31, 30}, same,
-         {11, 10, kA, 12, 10, kB, 11, 11, kC, 10, 9, kD, 39, 39, kC});
-  expect(7, 15, 11, 0, {}, same, {15, 11, kA, 16, 11, kB, 15, 12, kC, 54, 50, kD, 14, 11, 0});
-  // Centred once on white; the stroke width moves the ground, not the texture's place on the shape.
-  expect(kTextureCentred, 0, 0, 5, {}, same,
-         {19, 19, kA, 20, 19, kB, 19, 20, kC, 20, 20, kD, 18, 19, kWhite, 39, 39, kWhite});
-  // Without pixels the layer paints its colour.
-  expect(0, 0, 0, 0, {}, [](FillSettings& f) { f.texture.reset(); }, {10, 10, painted});
-  expect(0, 0, 0, 0, {}, [](FillSettings& f) { f.texture->pixels = nullptr; }, {10, 10, painted});
 }
 
 TEST(UniformColour, AnswersAndTheColoursWritten) {

@@ -12,18 +12,11 @@ std::vector<int32_t> Of(const IntRect& r) {
 }
 
 TEST(PixelBuffer, RefusesSizesBelowOneOrPastTheLimit) {
+  // 2^34 bytes (0 when wrapped to 32 bits), exactly 2^32, a pixel count that overflows a signed 32-bit
+  // product, one row and one pixel past 512 MiB.
   const std::pair<int32_t, int32_t> refused[] = {
-      {0, 1},
-      {1, 0},
-      {-1, 5},
-      {5, -1},
-      {INT32_MIN, INT32_MIN},
-      {65536, 65536},  // 2^34 bytes: 0 when wrapped to 32 bits
-      {32768, 32768},  // exactly 2^32 bytes
-      {46341, 46341},  // the pixel count alone overflows a signed 32-bit product
-      {16384, 8193},   // one row past 512 MiB
-      {1, 134217729},  // one pixel past 512 MiB
-      {INT32_MAX, INT32_MAX}};
+      {0, 1},         {1, 0},         {-1, 5},       {5, -1},        {INT32_MIN, INT32_MIN}, {65536, 65536},
+      {32768, 32768}, {46341, 46341}, {16384, 8193}, {1, 134217729}, {INT32_MAX, INT32_MAX}};
   PixelBuffer buffer;
   for (const auto& [w, h] : refused) {
     ASSERT_TRUE(buffer.allocate(2, 2));

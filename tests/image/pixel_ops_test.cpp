@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <vector>
 
 namespace lx {
@@ -31,18 +30,6 @@ TEST(BlendPixel, Law) {
   for (const auto& c : cases) EXPECT_EQ(BlendPixel(c[0], c[1]), c[2]) << std::hex << c[0] << " " << c[1];
 }
 
-TEST(FlipVertically, SwapsRowsAndRefusesBadShapes) {
-  Pixels odd = {1, 2, 3, 4, 5, 6}, even = {1, 2, 3, 4};
-  EXPECT_TRUE(FlipVertically(odd.data(), 2, 3));
-  EXPECT_EQ(odd, (Pixels{5, 6, 3, 4, 1, 2}));
-  EXPECT_TRUE(FlipVertically(even.data(), 1, 4));
-  EXPECT_EQ(even, (Pixels{4, 3, 2, 1}));
-  EXPECT_FALSE(FlipVertically(nullptr, 2, 2));
-  EXPECT_FALSE(FlipVertically(even.data(), 0, 2));
-  EXPECT_FALSE(FlipVertically(even.data(), 2, -1));
-  EXPECT_EQ(even, (Pixels{4, 3, 2, 1}));
-}
-
 TEST(CopyRectangle, ModesPlaceAndClipTheSourceAndOutsideCopiesNothing) {
   Pixels source = {1, 2, 3, 4}, destination(9, 0u);
   EXPECT_TRUE(CopyRectangle(Placed(source, 2, 2, 2, 1), Placed(destination, 3, 3), CopyMode::kCopy));
@@ -69,22 +56,6 @@ TEST(CopyRectangle, ModesPlaceAndClipTheSourceAndOutsideCopiesNothing) {
     EXPECT_FALSE(CopyRectangle(Placed(full, 2, 2), Placed(untouched, 3, 0), mode));
   }
   EXPECT_EQ(untouched, Pixels(9, 0u));
-}
-
-TEST(CopyPixels, CopiesAndClearsExactlyTheCount) {
-  for (size_t count : {size_t{1}, size_t{2}, size_t{3}, size_t{7}, size_t{1001}}) {
-    Pixels source(count);
-    // No source pixel is 0, so a pixel the clearing skips still shows.
-    for (size_t i = 0; i < count; ++i) source[i] = static_cast<uint32_t>((i + 1) * 2654435761u);
-    // One pixel into the block, so the wide stores also see a 4-byte alignment.
-    Pixels copy(count + 2, 0xDEADBEEFu), expected = copy;
-    CopyPixels(copy.data() + 1, source.data(), count);
-    std::copy(source.begin(), source.end(), expected.begin() + 1);
-    EXPECT_EQ(copy, expected) << count;
-    ClearPixels(copy.data() + 1, count);
-    std::fill(expected.begin() + 1, expected.end() - 1, 0u);
-    EXPECT_EQ(copy, expected) << count;
-  }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "image/pixel_ops.h"
 #include "tests/image/tga_test_files.h"
+#include "tests/support/guard_pages.h"
 
 namespace lx {
 namespace {
@@ -44,6 +45,26 @@ TEST(LoadTGA, DecodesBothTypesInTheFileRowOrder) {
   }
 }
 
+TEST(WriteTGA, RefusesBadArgumentsBeforeMakingTheFile) {
+  std::vector<uint32_t> pixels(4, 0u), wide(65536u, 0u);
+  test::GuardedPages pages({test::GuardedPages::Access::kReadWrite, test::GuardedPages::Access::kNone});
+  const auto perPage = static_cast<int32_t>(pages.pageSize() / 4);
+  const std::string path = test::TempPath("writer_refused.tga"), noFolder = test::TempPath("no_such/x.tga");
+  // The header holds each side in 16 bits; the last row must be readable.
+  const struct {
+    const void* pixels;
+    int32_t w, h;
+    const char* path;
+  } refused[] = {{nullptr, 2, 2, path.c_str()},         {pixels.data(), 0, 2, path.c_str()},
+                 {pixels.data(), 2, 0, path.c_str()},   {pixels.data(), -2, 2, path.c_str()},
+                 {pixels.data(), 2, 2, nullptr},        {pixels.data(), 2, 2, noFolder.c_str()},
+                 {wide.data(), 65536, 1, path.c_str()}, {pages.page(0), perPage, 2, path.c_str()}};
+  for (const auto& c : refused) EXPECT_FALSE(WriteTGA(c.pixels, c.w, c.h, c.path)) << c.w << " x " << c.h;
+  EXPECT_EQ(std::fopen(path.c_str(), "rb"), nullptr);
+  EXPECT_TRUE(WriteTGA(pages.page(0), perPage, 1, path.c_str()));
+  std::remove(path.c_str());
+}
+
 TEST(LoadTGA, RoundTripsWhatWriteTGAWritesAndConvertsTo32BitsOnce) {
   const std::vector<uint32_t> pixels = {0x80112233u, 0xFF445566u, 0x00778899u,
                                         0x7FAABBCCu, 0x01DDEEFFu, 0xFE010203u};  // 3 x 2
@@ -64,13 +85,11 @@ TEST(LoadTGA, RoundTripsWhatWriteTGAWritesAndConvertsTo32BitsOnce) {
     EXPECT_EQ(image.bitsPerPixel, 32u);
     EXPECT_EQ(image.bytes(8), (Bytes{1, 2, 3, 0xFF, 4, 5, 6, 0xFF}));
   }
-  EXPECT_FALSE(ConvertTo32Bits(nullptr));
   OwnedTga empty, zeroSized;
   empty.bitsPerPixel = 24;
-  EXPECT_FALSE(ConvertTo32Bits(&empty));
   ASSERT_TRUE(LoadBytes(&zeroSized, TgaHeader(2, 1, 1, 24, 0, {1, 2, 3})));
   zeroSized.height = 0;
-  EXPECT_FALSE(ConvertTo32Bits(&zeroSized));
+  EXPECT_FALSE(ConvertTo32Bits(nullptr) || ConvertTo32Bits(&empty) || ConvertTo32Bits(&zeroSized));
   EXPECT_EQ(zeroSized.bitsPerPixel, 24u);
 }
 
@@ -78,14 +97,11 @@ TEST(LoadTGA, RefusalsLeaveTheirMessageAndNoPixels) {
   OwnedTga image;
   EXPECT_FALSE(LoadTGA(nullptr, "x.tga"));
   const std::string missing = test::TempPath("reader_missing.tga");
+  const std::string kOpen = "<LoadTGA> Could not open texture file: ";
   EXPECT_FALSE(LoadTGA(&image, missing.c_str()));
-  EXPECT_EQ(std::string(image.message), "<LoadTGA> Could not open texture file: " + missing);
+  EXPECT_EQ(image.message, kOpen + missing);
   EXPECT_FALSE(LoadTGA(&image, nullptr));
-  EXPECT_STREQ(image.message, "<LoadTGA> Could not open texture file: NULL");
-  const std::string shortPath = test::WriteTempFile("reader_short.tga", {0, 0, 2, 0, 0});
-  EXPECT_FALSE(LoadTGA(&image, shortPath.c_str()));
-  EXPECT_EQ(std::string(image.message), "<LoadTGA> Could not read header of " + shortPath);
-  std::remove(shortPath.c_str());
+  EXPECT_EQ(image.message, kOpen + "NULL");
   EXPECT_FALSE(LoadTGA(&image, test::TempPath(std::string(400, 'n')).c_str()));
   EXPECT_EQ(std::strlen(image.message), kTgaMessageSize - 1);
 
@@ -97,8 +113,9 @@ TEST(LoadTGA, RefusalsLeaveTheirMessageAndNoPixels) {
   withId[0] = 1, withMap[1] = 1, withOrigin[8] = 1, withOrigin[2] = 10;
   const struct {
     Bytes bytes;
-    const char* message;
+    std::string message;
   } cases[] = {
+      {{0, 0, 2, 0, 0}, "<LoadTGA> Could not read header of " + test::TempPath("load.tga")},
       {withId, kType},
       {withMap, kType},
       {withOrigin, kType},
@@ -119,55 +136,51 @@ TEST(LoadTGA, RefusalsLeaveTheirMessageAndNoPixels) {
   for (const auto& c : cases) {
     OwnedTga refused;
     EXPECT_FALSE(LoadBytes(&refused, c.bytes)) << c.message;
-    EXPECT_STREQ(refused.message, c.message);
+    EXPECT_EQ(refused.message, c.message);
     EXPECT_EQ(refused.pixels, nullptr) << c.message;
     EXPECT_EQ(refused.handle, nullptr) << c.message;
   }
 }
 
-// Hands the file after its first 12 bytes to one of the pixel readers, as LoadTGA does.
-template <typename Reader>
-bool ReadAfterHeader(Reader reader, OwnedTga* image, const Bytes& bytes) {
-  const std::string path = test::WriteTempFile("reader_part.tga", bytes);
-  std::FILE* f = std::fopen(path.c_str(), "rb");
-  TgaLoaderState state;
-  EXPECT_EQ(std::fread(state.header, 1, 12, f), 12u);
-  const bool ok = reader(&state, image, f);
-  std::fclose(f);
-  std::remove(path.c_str());
-  return ok;
-}
-
+// The pixel readers LoadTGA hands the file to after its first 12 bytes. The uncompressed one answers true
+// and leaves each failure in the message; LoadTGA then empties it and reports success.
 TEST(LoadTGA, UncompressedReaderAnswersTrueAndLeavesEachFailureInTheMessage) {
   const char* kDepth = "<LoadUncompressedTGA> BitPerPixel has to be either 24-bit or 32-bit";
   const struct {
+    bool (*reader)(TgaLoaderState*, TgaImage*, std::FILE*);
     Bytes bytes;
     const char* message;
   } cases[] = {
-      {{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1}, "<LoadUncompressedTGA> Could not read info header!"},
-      {TgaHeader(2, 1, 1, 16, 0, {0, 0}), kDepth},
-      {TgaHeader(2, 0, 4, 24), kDepth},
-      {TgaHeader(2, 2, 2, 24, 0, {1, 2, 3}), "<LoadUncompressedTGA> Could not read image data!"},
-      {TgaHeader(2, 65535, 65535, 32), "<LoadUncompressedTGA> Could not allocate memory for image!"},
-      {TgaHeader(2, 1, 1, 24, 0, {1, 2, 3}), "kept"},  // success leaves the message as it was
+      {LoadUncompressedTGA,
+       {0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1},
+       "<LoadUncompressedTGA> Could not read info header!"},
+      {LoadUncompressedTGA, TgaHeader(2, 1, 1, 16, 0, {0, 0}), kDepth},
+      {LoadUncompressedTGA, TgaHeader(2, 0, 4, 24), kDepth},
+      {LoadUncompressedTGA, TgaHeader(2, 2, 2, 24, 0, {1, 2, 3}),
+       "<LoadUncompressedTGA> Could not read image data!"},
+      {LoadUncompressedTGA, TgaHeader(2, 65535, 65535, 32),
+       "<LoadUncompressedTGA> Could not allocate memory for image!"},
+      {LoadUncompressedTGA, TgaHeader(2, 1, 1, 24, 0, {1, 2, 3}), "kept"},   // success leaves the message
+      {LoadCompressedTGA, TgaHeader(10, 1, 1, 24, 0, {0x80, 1, 2, 3}), ""},  // which this one empties itself
   };
   for (const auto& c : cases) {
     OwnedTga image, loaded;
     std::strcpy(image.message, "kept");
-    EXPECT_TRUE(ReadAfterHeader(LoadUncompressedTGA, &image, c.bytes)) << c.message;
+    const std::string path = test::WriteTempFile("reader_part.tga", c.bytes);
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    TgaLoaderState state;
+    EXPECT_EQ(std::fread(state.header, 1, 12, f), 12u);
+    EXPECT_TRUE(c.reader(&state, &image, f)) << c.message;
+    std::fclose(f);
+    std::remove(path.c_str());
     EXPECT_STREQ(image.message, c.message);
-    // LoadTGA then empties the message and reports success.
     EXPECT_TRUE(LoadBytes(&loaded, c.bytes)) << c.message;
     EXPECT_STREQ(loaded.message, "");
   }
-  OwnedTga compressed;
-  std::strcpy(compressed.message, "stale");
-  EXPECT_TRUE(ReadAfterHeader(LoadCompressedTGA, &compressed, TgaHeader(10, 1, 1, 24, 0, {0x80, 1, 2, 3})));
-  EXPECT_STREQ(compressed.message, "");  // the compressed reader empties it itself
   TgaLoaderState state;
-  EXPECT_FALSE(LoadUncompressedTGA(nullptr, &compressed, nullptr));
-  EXPECT_FALSE(LoadUncompressedTGA(&state, nullptr, nullptr));
-  EXPECT_FALSE(LoadCompressedTGA(nullptr, &compressed, nullptr));
+  OwnedTga image;
+  EXPECT_FALSE(LoadUncompressedTGA(nullptr, &image, nullptr) ||
+               LoadUncompressedTGA(&state, nullptr, nullptr) || LoadCompressedTGA(nullptr, &image, nullptr));
 }
 
 }  // namespace

@@ -40,15 +40,6 @@ inline std::string WriteTempFile(const std::string& name, const Bytes& bytes) {
   return path;
 }
 
-inline Bytes ReadWholeFile(const std::string& path) {
-  Bytes bytes;
-  std::FILE* f = std::fopen(path.c_str(), "rb");
-  if (f == nullptr) return bytes;
-  for (int c; (c = std::fgetc(f)) != EOF;) bytes.push_back(static_cast<uint8_t>(c));
-  std::fclose(f);
-  return bytes;
-}
-
 // A record that gives its block back when the test ends.
 struct OwnedTga : TgaImage {
   OwnedTga() = default;

@@ -1,4 +1,5 @@
-// The pointer checks against pages whose rights are known, and ranges that cross from one kind into another.
+// The pointer checks as kernel32 answers them (the Windows build runs these against the real calls); ranges
+// over pages of each kind of rights are checked through ValidateCallerMemory and, per probe, on Linux.
 #include <gtest/gtest.h>
 
 #include "platform/platform.h"
@@ -9,44 +10,13 @@ namespace {
 
 using A = test::GuardedPages::Access;
 
-TEST(MemoryProbe, PagesAnswerByTheirRightsToTheByte) {
-  test::GuardedPages pages({A::kReadWrite, A::kRead, A::kNone, A::kHole, A::kReadWrite});
-  const size_t ps = pages.pageSize();
-  uint8_t* p0 = pages.page(0);
-  const struct {
-    const void* at;
-    uintptr_t size;
-    bool write, good;
-  } cases[] = {
-      {nullptr, 0, false, true},
-      {pages.page(2), 0, true, true},
-      {nullptr, 1, false, false},
-      {nullptr, 1, true, false},
-      {p0, ps, true, true},
-      {p0 + ps - 8, 8, true, true},
-      {p0 + ps - 8, 9, true, false},
-      {pages.page(1) + ps - 1, 1, true, false},
-      {p0, 2 * ps, false, true},
-      {p0, 2 * ps + 1, false, false},
-      {pages.page(1) + ps - 1, 2, false, false},
-      {pages.page(2) + ps / 2, 1, true, false},
-      {pages.page(3) + 5, 1, false, false},
-      {pages.page(4), ps, true, true},  // past the hole
-      {pages.page(2) + ps - 1, ps + 2, false, false},
-      {p0, 5 * ps, false, false},
-  };
-  for (const auto& c : cases) {
-    const uintptr_t offset = reinterpret_cast<uintptr_t>(c.at) - reinterpret_cast<uintptr_t>(p0);
-    EXPECT_EQ(c.write ? IsBadWritePtr(const_cast<void*>(c.at), c.size) == 0 : IsBadReadPtr(c.at, c.size) == 0,
-              c.good)
-        << "offset " << offset << " size " << c.size << (c.write ? " write" : " read");
-  }
-}
-
-TEST(MemoryProbe, LargeRangesWrappingRangesAndConstantData) {
+TEST(MemoryProbe, EmptyLargeWrappingAndConstantRanges) {
   test::GuardedPages pages(257);
   pages.protect(256, A::kNone);
   const size_t bytes = 256 * pages.pageSize();
+  // No bytes are always fine, even at no address or on a page without access; one byte at null is not.
+  EXPECT_TRUE(!IsBadReadPtr(nullptr, 0) && !IsBadWritePtr(pages.page(256), 0));
+  EXPECT_TRUE(IsBadReadPtr(nullptr, 1) && IsBadWritePtr(nullptr, 1));
   EXPECT_FALSE(IsBadWritePtr(pages.page(0), bytes));
   EXPECT_TRUE(IsBadWritePtr(pages.page(0), bytes + 1));
   EXPECT_TRUE(IsBadReadPtr(pages.page(0) + 4, bytes));

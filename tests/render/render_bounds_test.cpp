@@ -39,8 +39,7 @@ TEST(RenderBounds, RefusedOutlinesAndHostileSettingsLeaveTheBufferAsItWas) {
   EXPECT_GT(image.countOther(kPattern), 500u);
 }
 
-// Effects that reach far past the text each their own way: blurs of every layer, emboss, border, zoom,
-// extrusion softened or blurred, textures placed by the text.
+// Effects that reach far past the text each their own way.
 void (*const kFarEffects[])(Process&) = {
     [](Process& p) {
       p.faceStart(255, 250, 220, 40).faceEnd(200, 250, 90, 20).faceGradient(1).emboss(2.0, 255, 200, 120);
@@ -59,10 +58,9 @@ void (*const kFarEffects[])(Process&) = {
     },
 };
 
-// Text far larger than a 90 x 60 buffer: moved by (-x, -y), it must show exactly the window at (x, y)
-// of a buffer large enough for all of it, on a ground that varies so that every blend is checked. One
-// process draws every image, keeping its work images from one Render to the next: each must come out as
-// a fresh process with the same settings draws it, and a large work image must not be kept.
+// Text far larger than a 90 x 60 buffer, moved by (-x, -y), must show exactly the window at (x, y) of a
+// buffer large enough for all of it (on a varying ground, so every blend is checked). One process draws
+// everything: each image as a fresh process draws it, and a large work image is not kept.
 TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOneAndNothingCarriesOver) {
   const TextScene scene("Wgj", 420, 260, 400);
   auto ground = [](int32_t w, int32_t h, int32_t x0, int32_t y0) {

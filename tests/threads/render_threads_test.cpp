@@ -1,8 +1,5 @@
-// Separate render processes on separate threads: eight threads, each with processes of its own, draw
-// the cross-check scenes (which between them take every pass) over and over and must get exactly the
-// pixels one thread gets. Built under ThreadSanitizer as well, where any shared state the library
-// touches without order (the global-memory stand-in, caches, module-wide flags) is reported even when
-// the pixels come out right.
+// Eight threads, each with processes of its own, draw the cross-check scenes over and over and must get
+// exactly the pixels one thread gets. Under ThreadSanitizer any unordered shared state is reported too.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -34,9 +31,8 @@ TEST(RenderThreads, EightThreadsWithTheirOwnProcessesDrawWhatOneThreadDraws) {
     texts.push_back(std::make_unique<TextScene>(s.text, s.pixelSize, 6, s.height * 0.75));
     expected.push_back(Draw(s, texts.back()->block()));
   }
-  // Thread t draws scene (t + round) % n in round `round`, so every scene runs beside different ones.
-  // Odd rounds draw from a block of the thread's own, so that threads also allocate and free global
-  // memory side by side; even rounds share the one block.
+  // Every scene runs beside different ones; odd rounds draw from a block of the thread's own (global
+  // memory allocated and freed side by side), even rounds share the one block.
   std::vector<int> mismatches(8, 0);
   std::vector<std::thread> threads;
   for (int t = 0; t < 8; ++t) {

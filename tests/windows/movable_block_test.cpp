@@ -16,25 +16,14 @@ namespace {
 constexpr int32_t kWidth = 160, kHeight = 64;
 constexpr uint32_t kGround = 0x11223344u;
 
-// A global block of `size` bytes (flags as GlobalAlloc takes them) starting with `bytes`.
-HGLOBAL Block(UINT flags, const std::vector<uint8_t>& bytes, size_t size) {
-  HGLOBAL h = GlobalAlloc(flags | GMEM_ZEROINIT, size);
-  void* p = h ? GlobalLock(h) : nullptr;
-  if (p != nullptr) std::memcpy(p, lx::test::PaddedOutlineBlock(bytes, size).data(), size);
-  GlobalUnlock(h);
-  return h;
-}
-
 // The DLL's Render with a process of its own on its default settings; the buffer as drawn.
 std::vector<uint32_t> Draw(HGLOBAL block, bool drawn = true) {
   HMODULE dll = LoadLibraryA("lettrix.dll");
   EXPECT_NE(dll, nullptr) << "error " << GetLastError();
-  const auto create = reinterpret_cast<decltype(&CreateRenderProcess)>(
-      reinterpret_cast<void*>(GetProcAddress(dll, "CreateRenderProcess")));
-  const auto destroy = reinterpret_cast<decltype(&DestroyRenderProcess)>(
-      reinterpret_cast<void*>(GetProcAddress(dll, "DestroyRenderProcess")));
-  const auto render =
-      reinterpret_cast<decltype(&Render)>(reinterpret_cast<void*>(GetProcAddress(dll, "Render")));
+  const auto symbol = [dll](const char* name) { return reinterpret_cast<void*>(GetProcAddress(dll, name)); };
+  const auto create = reinterpret_cast<decltype(&CreateRenderProcess)>(symbol("CreateRenderProcess"));
+  const auto destroy = reinterpret_cast<decltype(&DestroyRenderProcess)>(symbol("DestroyRenderProcess"));
+  const auto render = reinterpret_cast<decltype(&Render)>(symbol("Render"));
   std::vector<uint32_t> pixels(static_cast<size_t>(kWidth) * kHeight, kGround);
   RenderHandle slot = create();
   EXPECT_EQ(render(&slot, block, &kWidth, &kHeight, pixels.data()), drawn);
@@ -43,37 +32,31 @@ std::vector<uint32_t> Draw(HGLOBAL block, bool drawn = true) {
   return pixels;
 }
 
-TEST(MovableBlock, DrawsLikeAFixedBlockAndLeavesTheLockCountAsItWas) {
+TEST(MovableBlock, DrawsLikeAFixedBlockKeepsTheLockCountAndRefusesEmptyOrFreedBlocks) {
   const lx::test::TextScene scene("Hig", 40, 6, 46);
-  const std::vector<uint8_t>& bytes = scene.bytes();
-  HGLOBAL fixed = Block(GMEM_FIXED, bytes, bytes.size()), movable = Block(GMEM_MOVEABLE, bytes, bytes.size());
-  ASSERT_TRUE(fixed && movable);
-  // A movable handle is not the block's address, which is what made it unusable before.
-  ASSERT_NE(static_cast<void*>(movable), GlobalLock(movable));
-  GlobalUnlock(movable);
-  const std::vector<uint32_t> drawn = Draw(fixed);
-  EXPECT_NE(drawn, std::vector<uint32_t>(drawn.size(), kGround));
-  for (UINT callerLocks : {0u, 1u}) {
-    if (callerLocks) GlobalLock(movable);
-    EXPECT_EQ(Draw(movable), drawn);
-    EXPECT_EQ(GlobalFlags(movable) & GMEM_LOCKCOUNT, callerLocks);
+  HGLOBAL blocks[3] = {};  // fixed, movable, movable and freed
+  for (int i = 0; i < 3; ++i) {
+    blocks[i] = GlobalAlloc((i ? GMEM_MOVEABLE : GMEM_FIXED) | GMEM_ZEROINIT, scene.bytes().size());
+    ASSERT_NE(blocks[i], nullptr);
+    std::memcpy(GlobalLock(blocks[i]), scene.bytes().data(), scene.bytes().size());
+    GlobalUnlock(blocks[i]);
   }
-  GlobalUnlock(movable);
-  GlobalFree(fixed);
-  GlobalFree(movable);
-}
-
-// A movable block of no bytes (GlobalAlloc gives a handle to nothing), and a freed one. (Blocks the DLL
-// cannot read are refused by the same page checks the platform tests run against kernel32.)
-TEST(MovableBlock, EmptyOrFreedMovableBlocksAreRefusedWithTheBufferUntouched) {
-  const lx::test::TextScene scene("Hig", 40, 6, 46);
-  HGLOBAL empty = GlobalAlloc(GMEM_MOVEABLE, 0),
-          freed = Block(GMEM_MOVEABLE, scene.bytes(), scene.bytes().size());
-  ASSERT_TRUE(empty && freed && GlobalSize(empty) == 0);
-  GlobalFree(freed);
-  for (HGLOBAL h : {empty, freed})
-    EXPECT_EQ(Draw(h, false), std::vector<uint32_t>(static_cast<size_t>(kWidth) * kHeight, kGround));
-  GlobalFree(empty);
+  // A movable handle is not the block's address, which is what made it unusable before.
+  ASSERT_NE(static_cast<void*>(blocks[1]), GlobalLock(blocks[1]));
+  GlobalUnlock(blocks[1]);
+  const std::vector<uint32_t> drawn = Draw(blocks[0]), untouched(drawn.size(), kGround);
+  EXPECT_NE(drawn, untouched);
+  for (UINT callerLocks : {0u, 1u}) {
+    if (callerLocks) GlobalLock(blocks[1]);
+    EXPECT_EQ(Draw(blocks[1]), drawn);
+    EXPECT_EQ(GlobalFlags(blocks[1]) & GMEM_LOCKCOUNT, callerLocks);
+  }
+  GlobalUnlock(blocks[1]);
+  GlobalFree(blocks[2]);
+  HGLOBAL empty = GlobalAlloc(GMEM_MOVEABLE, 0);  // a handle to nothing
+  ASSERT_TRUE(empty && GlobalSize(empty) == 0);
+  for (HGLOBAL h : {empty, blocks[2]}) EXPECT_EQ(Draw(h, false), untouched);
+  for (HGLOBAL h : {empty, blocks[0], blocks[1]}) GlobalFree(h);
 }
 
 }  // namespace

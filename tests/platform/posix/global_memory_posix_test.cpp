@@ -8,29 +8,19 @@
 namespace lx::platform {
 namespace {
 
-TEST(GlobalMemoryStandIn, RefusesNoBytesAndMoreThanTwoGigabytes) {
-  EXPECT_EQ(GlobalAlloc(kGmemFixed, 0), nullptr);
-  EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, 0), nullptr);
-  EXPECT_EQ(GlobalAlloc(kGmemMoveableZeroInit, size_t{0x80000000u}), nullptr);
-  EXPECT_EQ(LettrixGlobalAlloc(0, 0), nullptr);
-}
-
-TEST(GlobalMemoryStandIn, HandleIsTheAddressAndFixedBlocksCountNoLocks) {
+TEST(GlobalMemoryStandIn, RefusesNoBytesOrPastTwoGigabytesHandleIsTheAddressFixedBlocksCountNoLocks) {
+  EXPECT_TRUE(GlobalAlloc(kGmemFixed, 0) == nullptr && GlobalAlloc(kGmemMoveableZeroInit, 0) == nullptr &&
+              GlobalAlloc(kGmemMoveableZeroInit, size_t{0x80000000u}) == nullptr &&
+              LettrixGlobalAlloc(0, 0) == nullptr);
   MemoryHandle moveable = GlobalAlloc(kGmemMoveableZeroInit, 64), fixed = GlobalAlloc(kGmemFixed, 64);
   ASSERT_TRUE(moveable && fixed);
-  EXPECT_EQ(GlobalLock(moveable), moveable);
-  EXPECT_EQ(GlobalUnlock(moveable), 0);
-  EXPECT_EQ(GlobalLock(fixed), fixed);
-  EXPECT_EQ(GlobalLock(fixed), fixed);
-  EXPECT_EQ(GlobalUnlock(fixed), 0);
+  EXPECT_TRUE(GlobalLock(moveable) == moveable && GlobalUnlock(moveable) == 0);
+  EXPECT_TRUE(GlobalLock(fixed) == fixed && GlobalLock(fixed) == fixed && GlobalUnlock(fixed) == 0);
   EXPECT_EQ(GlobalSize(static_cast<uint8_t*>(fixed) + 1), 0u);  // an address inside is not the handle
-  EXPECT_EQ(GlobalFree(moveable), nullptr);
-  EXPECT_EQ(GlobalFree(fixed), nullptr);
-  EXPECT_EQ(GlobalLock(fixed), nullptr);
-  EXPECT_EQ(GlobalSize(fixed), 0u);
+  EXPECT_TRUE(GlobalFree(moveable) == nullptr && GlobalFree(fixed) == nullptr);
+  EXPECT_TRUE(GlobalLock(fixed) == nullptr && GlobalSize(fixed) == 0);
   uint8_t bytes[32] = {};
-  EXPECT_EQ(GlobalLock(bytes), nullptr);
-  EXPECT_EQ(GlobalUnlock(bytes), 0);
+  EXPECT_TRUE(GlobalLock(bytes) == nullptr && GlobalUnlock(bytes) == 0);
 }
 
 }  // namespace
