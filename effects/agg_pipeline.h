@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include <agg_basics.h>
 #include <agg_color_rgba.h>
@@ -65,6 +66,22 @@ struct LayerBlender : agg::conv_rgba_pre<agg::rgba8, agg::order_bgra> {
 };
 
 using LayerColour = agg::rgba8;
+
+// Lays one colour over len pixels (blue, green, red, alpha bytes) with the coverages given, by the rule
+// of LayerBlender. Runs of full coverage in an opaque colour, most of a large shape, are stored whole.
+inline void BlendSolidSpan(agg::int8u* p, int len, const LayerColour& c, const agg::int8u* covers) {
+  const agg::int8u bytes[4] = {c.b, c.g, c.r, c.a};
+  for (int i = 0; i < len; ++i) {
+    if (c.a == 255 && covers[i] == agg::cover_full) {
+      int end = i + 1;
+      while (end < len && covers[end] == agg::cover_full) ++end;
+      for (; i < end; ++i) std::memcpy(p + 4 * i, bytes, 4);
+      --i;
+    } else {
+      LayerBlender::blend_pix(p + 4 * i, c.r, c.g, c.b, c.a, covers[i]);
+    }
+  }
+}
 using LayerPixfmt = agg::pixfmt_alpha_blend_rgba<LayerBlender, agg::rendering_buffer>;
 using LayerScanline = agg::scanline_u8;
 // Clipping in double precision, so that far-off or huge coordinates are cut to the image before they
@@ -86,8 +103,20 @@ class LayerRendererBase {
   int32_t firstRow() const { return top_; }
   int32_t endRow() const { return top_ + static_cast<int32_t>(base_.height()); }
 
+  // Clipped to the image as renderer_base clips, then laid by BlendSolidSpan.
   void blend_solid_hspan(int x, int y, int len, const color_type& c, const agg::int8u* covers) {
-    base_.blend_solid_hspan(x - left_, y - top_, len, c, covers);
+    x -= left_;
+    y -= top_;
+    if (c.a == 0 || y < 0 || y >= static_cast<int>(base_.height())) return;
+    if (x < 0) {
+      len += x;
+      if (len <= 0) return;
+      covers -= x;
+      x = 0;
+    }
+    len = std::min(len, static_cast<int>(base_.width()) - x);
+    if (len <= 0) return;
+    BlendSolidSpan(base_.ren().pix_ptr(x, y), len, c, covers);
   }
   void blend_hline(int x1, int y, int x2, const color_type& c, agg::int8u cover) {
     base_.blend_hline(x1 - left_, y - top_, x2 - left_, c, cover);

@@ -26,31 +26,41 @@ inline uint64_t OddBytes(uint32_t v) {
   return ((v >> 8) & 0xFFu) | (uint64_t{v >> 24} << 32);
 }
 
-// The running sums of the portable path.
+// The running sums of the portable path. A Value is one pixel's bytes, or a sum of them, as the two
+// words of EvenBytes and OddBytes.
 struct ScalarSums {
-  uint64_t sumEven = 0, sumOdd = 0, inEven = 0, inOdd = 0, outEven = 0, outOdd = 0;
-  uint64_t mul = 0;
-  unsigned shr = 0;
+  struct Value {
+    uint64_t even = 0, odd = 0;
+  };
+  static Value Load(uint32_t p) { return {EvenBytes(p), OddBytes(p)}; }
+  static Value Add(Value a, Value b) { return {a.even + b.even, a.odd + b.odd}; }
+  static Value Scale(Value a, uint64_t k) { return {a.even * k, a.odd * k}; }
+
+  Value sum, in, out;
+  uint64_t mul;
+  unsigned shr;
+
+  ScalarSums(Value s, Value i, Value o, uint32_t m, unsigned sh) : sum(s), in(i), out(o), mul(m), shr(sh) {}
 
   // Moves the window one pixel on: `leaving` drops out on the left, `entering` comes in on the right,
   // and `centre` (the new centre) passes from the right half to the left.
   void step(uint32_t leaving, uint32_t entering, uint32_t centre) {
-    sumEven -= outEven;
-    sumOdd -= outOdd;
-    outEven -= EvenBytes(leaving);
-    outOdd -= OddBytes(leaving);
-    inEven += EvenBytes(entering);
-    inOdd += OddBytes(entering);
-    sumEven += inEven;
-    sumOdd += inOdd;
-    outEven += EvenBytes(centre);
-    outOdd += OddBytes(centre);
-    inEven -= EvenBytes(centre);
-    inOdd -= OddBytes(centre);
+    sum.even -= out.even;
+    sum.odd -= out.odd;
+    out.even -= EvenBytes(leaving);
+    out.odd -= OddBytes(leaving);
+    in.even += EvenBytes(entering);
+    in.odd += OddBytes(entering);
+    sum.even += in.even;
+    sum.odd += in.odd;
+    out.even += EvenBytes(centre);
+    out.odd += OddBytes(centre);
+    in.even -= EvenBytes(centre);
+    in.odd -= OddBytes(centre);
   }
   uint32_t output() const {
-    const uint64_t even = sumEven * mul;
-    const uint64_t odd = sumOdd * mul;
+    const uint64_t even = sum.even * mul;
+    const uint64_t odd = sum.odd * mul;
     return static_cast<uint32_t>(((even & 0xFFFFFFFFu) >> shr) | (((even >> 32) >> shr) << 16) |
                                  (((odd & 0xFFFFFFFFu) >> shr) << 8) | (((odd >> 32) >> shr) << 24));
   }
@@ -60,28 +70,33 @@ struct ScalarSums {
 // The same sums with the four bytes in the four 32-bit lanes of one register. The lanes wrap exactly as
 // the scalar halves do (they never go below zero, and sum times multiplier stays below 2^32).
 struct WideSums {
-  __m128i sum, in, out, mul, shr;
-
-  explicit WideSums(const ScalarSums& s)
-      : sum(Lanes(s.sumEven, s.sumOdd)),
-        in(Lanes(s.inEven, s.inOdd)),
-        out(Lanes(s.outEven, s.outOdd)),
-        mul(_mm_set1_epi32(static_cast<int>(s.mul))),
-        shr(_mm_cvtsi32_si128(static_cast<int>(s.shr))) {}
-
-  static __m128i Lanes(uint64_t even, uint64_t odd) {
-    return _mm_set_epi32(static_cast<int>(odd >> 32), static_cast<int>(even >> 32),
-                         static_cast<int>(odd & 0xFFFFFFFFu), static_cast<int>(even & 0xFFFFFFFFu));
-  }
-  static __m128i Expand(uint32_t p) {
+  using Value = __m128i;
+  static __m128i Load(uint32_t p) {
     const __m128i zero = _mm_setzero_si128();
     return _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(p)), zero), zero);
   }
+  static __m128i Add(__m128i a, __m128i b) { return _mm_add_epi32(a, b); }
+  static __m128i Scale(__m128i a, uint64_t k) {
+    const __m128i m = _mm_set1_epi32(static_cast<int>(k));
+    const __m128i even = _mm_mul_epu32(a, m);
+    const __m128i odd = _mm_mul_epu32(_mm_srli_epi64(a, 32), m);
+    return _mm_or_si128(_mm_srli_epi64(_mm_slli_epi64(even, 32), 32), _mm_slli_epi64(odd, 32));
+  }
+
+  __m128i sum, in, out, mul, shr;
+
+  WideSums(__m128i s, __m128i i, __m128i o, uint32_t m, unsigned sh)
+      : sum(s),
+        in(i),
+        out(o),
+        mul(_mm_set1_epi32(static_cast<int>(m))),
+        shr(_mm_cvtsi32_si128(static_cast<int>(sh))) {}
+
   void step(uint32_t leaving, uint32_t entering, uint32_t centre) {
-    const __m128i c = Expand(centre);
+    const __m128i c = Load(centre);
     sum = _mm_sub_epi32(sum, out);
-    out = _mm_sub_epi32(out, Expand(leaving));
-    in = _mm_add_epi32(in, Expand(entering));
+    out = _mm_sub_epi32(out, Load(leaving));
+    in = _mm_add_epi32(in, Load(entering));
     sum = _mm_add_epi32(sum, in);
     out = _mm_add_epi32(out, c);
     in = _mm_sub_epi32(in, c);
@@ -101,53 +116,45 @@ struct WideSums {
 // multiplier, shifted by the table shift. Results go to dst[0], dst[step], ...; bytes outside writeMask keep
 // src's value. The running sums read the window from src by clamped index, so the cost per pixel does not
 // depend on r. Outputs whose window holds only zero pixels are zero, as their own pixel already is: the
-// stretches before the first and after the last non-zero pixel are left as they are.
-template <class Sums>
+// stretches before the first and after the last non-zero pixel are left as they are. kWholePixel says
+// writeMask has every bit set, which spares the masking of every output.
+template <class Sums, bool kWholePixel>
 void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, ptrdiff_t step,
                   uint32_t writeMask) {
+  using Value = typename Sums::Value;
   ptrdiff_t first = 0;
   while (first < n && src[first] == 0) ++first;
   if (first == n) return;
   ptrdiff_t lastSet = n - 1;
   while (src[lastSet] == 0) --lastSet;
 
-  ScalarSums start;
-  start.mul = StackBlurTables::g_stack_blur8_mul[r];
-  start.shr = StackBlurTables::g_stack_blur8_shr[r];
-  uint64_t &sumEven = start.sumEven, &sumOdd = start.sumOdd, &inEven = start.inEven, &inOdd = start.inOdd;
-  uint64_t &outEven = start.outEven, &outOdd = start.outOdd;
   const ptrdiff_t last = n - 1;
   const ptrdiff_t radius = r;
-
+  Value sum = Sums::Load(0), in = sum, out = sum;
   ptrdiff_t x = first - radius - 1;  // the first output whose window reaches a non-zero pixel
   if (x <= 0) {
     // The window at x = 0: the first pixel r + 1 times on the left (weights 1 .. r + 1), then
-    // src[1 .. r] with weights r .. 1, those past the end being the last pixel again.
+    // src[1 .. r] with weights r .. 1, those past the end being the last pixel again. The weights of
+    // src[1 .. direct] are tail + direct .. tail + 1: a running total of running sums gives the
+    // direct .. 1 part without a multiplication per pixel.
     x = 0;
-    const uint64_t leftWeight = (r + 1) * (r + 2) / 2;
-    sumEven = EvenBytes(src[0]) * leftWeight;
-    sumOdd = OddBytes(src[0]) * leftWeight;
-    outEven = EvenBytes(src[0]) * (r + 1);
-    outOdd = OddBytes(src[0]) * (r + 1);
     const ptrdiff_t direct = std::min(radius, last);
+    const uint64_t tail = static_cast<uint64_t>(radius - direct);
+    Value total = sum;
     for (ptrdiff_t k = 1; k <= direct; ++k) {
-      const uint64_t weight = static_cast<uint64_t>(radius + 1 - k);
-      sumEven += EvenBytes(src[k]) * weight;
-      sumOdd += OddBytes(src[k]) * weight;
-      inEven += EvenBytes(src[k]);
-      inOdd += OddBytes(src[k]);
+      in = Sums::Add(in, Sums::Load(src[k]));
+      total = Sums::Add(total, in);
     }
-    if (radius > direct) {
-      const uint64_t tail = static_cast<uint64_t>(radius - direct);
-      sumEven += EvenBytes(src[last]) * (tail * (tail + 1) / 2);
-      sumOdd += OddBytes(src[last]) * (tail * (tail + 1) / 2);
-      inEven += EvenBytes(src[last]) * tail;
-      inOdd += OddBytes(src[last]) * tail;
-    }
+    const Value head = Sums::Load(src[0]);
+    const Value end = Sums::Load(src[last]);
+    sum = Sums::Add(Sums::Add(Sums::Scale(head, (r + 1) * (r + 2) / 2), total),
+                    Sums::Add(Sums::Scale(in, tail), Sums::Scale(end, tail * (tail + 1) / 2)));
+    in = Sums::Add(in, Sums::Scale(end, tail));
+    out = Sums::Scale(head, r + 1);
   }
+  Sums sums(sum, in, out, StackBlurTables::g_stack_blur8_mul[r], StackBlurTables::g_stack_blur8_shr[r]);
   // Past lastSet + r every window holds only zero pixels again.
   const ptrdiff_t end = std::min(last, lastSet + radius);
-  Sums sums(start);
   // Where the run of equal pixels that ends at the window's leading edge begins (looked for no further
   // back than the window reaches). Once the run fills the whole window, the sums stay as they are for as
   // long as the run goes on, and so does the output: flat areas are written without the arithmetic.
@@ -156,7 +163,7 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
   while (runStart > std::max<ptrdiff_t>(x - radius, 0) && src[runStart - 1] == src[lead]) --runStart;
   dst += x * step;
   for (;; ++x) {
-    *dst = (sums.output() & writeMask) | (src[x] & ~writeMask);
+    *dst = kWholePixel ? sums.output() : (sums.output() & writeMask) | (src[x] & ~writeMask);
     if (x == end) break;
     dst += step;
 
@@ -171,7 +178,7 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
       ptrdiff_t runEnd = lead;
       while (runEnd < last && src[runEnd + 1] == v) ++runEnd;
       const ptrdiff_t stop = runEnd == last ? end : std::min(runEnd - radius, end);
-      const uint32_t flat = (sums.output() & writeMask) | (v & ~writeMask);
+      const uint32_t flat = kWholePixel ? sums.output() : (sums.output() & writeMask) | (v & ~writeMask);
       for (ptrdiff_t p = x + 1; p < stop; ++p) {
         *dst = flat;
         dst += step;
@@ -179,6 +186,16 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
       x = stop - 1;
       lead = std::min(stop + radius, last);
     }
+  }
+}
+
+template <class Sums>
+void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, ptrdiff_t step,
+                  uint32_t writeMask) {
+  if (writeMask == ~uint32_t{0}) {
+    BlurLineWith<Sums, true>(src, n, r, dst, step, writeMask);
+  } else {
+    BlurLineWith<Sums, false>(src, n, r, dst, step, writeMask);
   }
 }
 
