@@ -47,6 +47,26 @@ TEST(Compositing, LawsAtTheEndsOfTheAlphaRange) {
               (V{255, sa}));
 }
 
+// The wide path gives the scalar path's pixels for every pair of alphas (a group of four shares its
+// source alpha), over targets whose colour bytes equal the source's in all four pixels, in none, or in
+// three; the last three pixels of each row go one by one.
+TEST(Compositing, WidePathAgreesWithScalarPathForEveryPairOfAlphas) {
+  TestImage source(256 * 4 + 3, 256 * 3), wide(256 * 4 + 3, 256 * 3);
+  for (int32_t y = 0; y < source.height; ++y) {
+    for (int32_t x = 0; x < source.width; ++x) {
+      const uint8_t sa = static_cast<uint8_t>(x / 4), da = static_cast<uint8_t>(y / 3);
+      const bool same = y % 3 == 0 || (y % 3 == 2 && x % 4 != 1);
+      source.at(x, y) = Pixel(30, 60, 90, sa);
+      wide.at(x, y) = same ? Pixel(30, 60, 90, da) : Pixel(200, 60, static_cast<uint8_t>(x), da);
+    }
+  }
+  TestImage scalar = wide;
+  const IntRect place{0, 0, source.width, source.height};
+  BlendOver({source.view(), place}, {wide.view(), place}, KernelPath::kWide);
+  BlendOver({source.view(), place}, {scalar.view(), place}, KernelPath::kScalar);
+  EXPECT_EQ(wide.pixels, scalar.pixels);
+}
+
 TEST(Compositing, PlacementClipsToBothImages) {
   const uint32_t g = Pixel(50, 50, 50, 255);
   const auto s = [](uint32_t i) { return Pixel(i, 0, 0, 255); };
