@@ -1,10 +1,8 @@
 // Laying layers over one another: the blend laws at their limits, placement, and the extrusion's stamps.
 #include <gtest/gtest.h>
-
 #include <cstdint>
 #include <utility>
 #include <vector>
-
 #include "effects/compositing.h"
 #include "effects/shadow_extrusion.h"
 #include "effects_test_image.h"
@@ -12,7 +10,6 @@
 
 namespace lx {
 namespace {
-
 using namespace effects_test;
 using V = std::vector<uint32_t>;
 constexpr int32_t kMax = INT32_MAX, kMin = INT32_MIN;
@@ -47,9 +44,8 @@ TEST(Compositing, LawsAtTheEndsOfTheAlphaRange) {
               (V{255, sa}));
 }
 
-// The wide path gives the scalar path's pixels for every pair of alphas (a group of four shares its
-// source alpha), over targets whose colour bytes equal the source's in all four pixels, in none, or in
-// three; the last three pixels of each row go one by one.
+// Wide path = scalar path for every pair of alphas (a group of four shares its source alpha), over targets
+// whose colour bytes equal the source's in all four pixels, none or three; each row's last three go singly.
 TEST(Compositing, WidePathAgreesWithScalarPathForEveryPairOfAlphas) {
   TestImage source(256 * 4 + 3, 256 * 3), wide(256 * 4 + 3, 256 * 3);
   for (int32_t y = 0; y < source.height; ++y) {
@@ -149,6 +145,5 @@ TEST(Extrude, NeverTouchesMemoryOutsideTheLayer) {
   expected.fillRect(5, 5, 25, 15, 0);
   EXPECT_EQ(outer.pixels, expected.pixels);
 }
-
 }  // namespace
 }  // namespace lx

@@ -5,11 +5,9 @@
 #include <cstdint>
 #include <random>
 #include <vector>
-
 #include "image/pixel_view.h"
 
 namespace lx::effects_test {
-
 inline uint32_t Pixel(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t alpha) {
   return uint32_t{b0} | uint32_t{b1} << 8 | uint32_t{b2} << 16 | uint32_t{alpha} << 24;
 }
@@ -42,5 +40,4 @@ inline TestImage RandomImage(int32_t w, int32_t h, unsigned seed, double transpa
   for (uint32_t& p : image.pixels) p = share(rng) < transparentShare ? rng() & 0x00FFFFFFu : rng();
   return image;
 }
-
 }  // namespace lx::effects_test

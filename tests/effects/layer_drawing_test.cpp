@@ -1,16 +1,13 @@
 // Drawing a layer: the AGG pieces it stands on and its gradient and uniform fills.
 #include <cmath>
 #include <vector>
-
 #include <gtest/gtest.h>
-
 #include "effects/agg_companions.h"
 #include "effects/gradient_fill.h"
 #include "effects/layer_drawing.h"
 
 namespace lx {
 namespace {
-
 using V = std::vector<uint32_t>;
 
 // The reference scenes see what ordinary text needs of the AGG pieces; here are refusals and odd shapes.
@@ -118,6 +115,5 @@ TEST(UniformColour, AnswersAndTheColoursWritten) {
   f.fillType = 1;  // a texture fill type is never uniform
   EXPECT_EQ(answers(), (V{0, 0, 0, 0, 0, 0}));
 }
-
 }  // namespace
 }  // namespace lx

@@ -1,12 +1,9 @@
 #include "image/pixel_buffer.h"
-
 #include <gtest/gtest.h>
-
 #include <vector>
 
 namespace lx {
 namespace {
-
 std::vector<int32_t> Of(const IntRect& r) {
   return {r.left, r.top, r.right, r.bottom};
 }
@@ -44,6 +41,5 @@ TEST(PixelBuffer, WrapDescribesCallerMemoryWithoutOwningIt) {
   bad.wrap(pixels.data(), INT32_MAX, 1);  // a row the 32-bit stride cannot describe
   EXPECT_FALSE(bad.hasPixels());
 }
-
 }  // namespace
 }  // namespace lx

@@ -2,16 +2,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
-
 #include "image/tga_reader.h"
 
 namespace lx::test {
-
 using Bytes = std::vector<uint8_t>;
 
 // The 18 header bytes of a file with no ID field, no colour map and origin (0, 0), then `pixels`.
@@ -56,5 +53,4 @@ inline bool LoadBytes(OwnedTga* image, const Bytes& bytes) {
   std::remove(path.c_str());
   return ok;
 }
-
 }  // namespace lx::test

@@ -1,14 +1,11 @@
 #include "render/pass_plan.h"
-
 #include <gtest/gtest.h>
-
 #include <cmath>
 #include <sstream>
 #include <string>
 
 namespace lx {
 namespace {
-
 // Values joined by spaces; rectangles as "left,top,right,bottom".
 template <typename... T>
 std::string Join(const T&... v) {
@@ -149,6 +146,5 @@ TEST(PlanWorkImage, KeepsWhatCanReachTheOutput) {
                             Box{0, -INT64_C(3000000000), 10, 10}, Box{10, 0, INT64_C(2147483648), 10}})
     EXPECT_FALSE(PlanWorkImage(layout, 50, 200, 100, &plan)) << Text(layout);
 }
-
 }  // namespace
 }  // namespace lx
