@@ -43,10 +43,9 @@ Process& Extruded(Process& p, bool translucent, uint8_t colouring) {
   return p.extrude(1, colouring).shadowOffset(3, 3);
 }
 
-// A right triangle with 10500-pixel legs around the buffer, more than a full blur's reach from every edge.
-// Blurred at the largest level (a reach past what a process keeps) a Face and Outline come out as the Face
-// colour; an extruded opaque Shadow stays opaque; a translucent one keeps its alpha as one even body
-// (colouring 0) or builds up 160 -> 220 -> 242 -> 250 with the stamps (colouring 1).
+// A triangle with 10500-pixel legs around the buffer, past a full blur's reach from every edge. Blurred at
+// the largest level (a reach past what a process keeps) Face and Outline come out as the Face colour; an
+// extruded translucent Shadow keeps its alpha (colouring 0) or builds 160 -> 220 -> 242 -> 250 (1).
 TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
   const std::tuple<void (*)(Process&), bool, uint32_t> cases[] = {
       {[](Process& p) { FaceOutline(p).blur(254, 254, 0); }, false, 0xFFF0C828u},
@@ -65,9 +64,8 @@ TEST(OversizedOutline, HugeTriangleFillsTheBufferWithOneColour) {
     EXPECT_EQ(Draw(triangle, 64, 48, apply, kept).pixels(), std::vector<uint32_t>(64 * 48, colour)) << colour;
 }
 
-// A sliver of a triangle from (10, 60) up to (4106, -15300) and back down, of which the buffer sees only
-// its lower-left tip: white inside, nothing outside, anti-aliased only along its two edges (a drawing
-// checked so when it was recorded).
+// A sliver from (10, 60) up to (4106, -15300) and back down, of which the buffer sees its lower-left tip:
+// white inside, nothing outside, anti-aliased only along its two edges (checked so when recorded).
 TEST(OversizedOutline, TallSliverDrawsItsTipInASmallBuffer) {
   const Image image =
       Draw(Contour({Pt(10, 60), Pt(4106, -15300), Pt(4106, 60), Pt(10, 60)}), 89, 228, [](Process&) {});

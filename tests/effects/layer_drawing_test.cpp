@@ -21,21 +21,6 @@ TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
   EXPECT_NEAR(MaxStretch(agg::trans_affine(1, 0, 1, 1, 0, 0)), (1 + std::sqrt(5.0)) / 2, 1e-12);
 }
 
-// Outlines decoded from blocks always start with a move; paths built otherwise are repaired, not trusted.
-TEST(FlattenedPath, RepairsMalformedPaths) {
-  const OutlinePath path{
-      {1, 1, kPathLineTo}, {2, 1, kPathLineTo}, {9, 9, kPathStop}, {3, 3, kPathMoveTo}, {4, 3, kPathCurve3}};
-  FlattenedPath flat(path, 0.25);
-  flat.rewind(0);
-  std::vector<std::vector<double>> got;
-  double x, y;
-  unsigned cmd;
-  while (!agg::is_stop(cmd = flat.vertex(&x, &y))) got.push_back({x, y, double(cmd)});
-  // A leading line starts the path, the stop vertex is skipped, a curve vertex without its end is a line.
-  const double move = agg::path_cmd_move_to, line = agg::path_cmd_line_to;
-  EXPECT_EQ(got, (std::vector<std::vector<double>>{{1, 1, move}, {2, 1, line}, {3, 3, move}, {4, 3, line}}));
-}
-
 TEST(AffineSpanInterpolator, ClampsFarCoordinates) {
   AffineSpanInterpolator far(agg::trans_affine(1e9, 0, 0, -1e9, 0, 0), 1 << 20);
   far.begin(1e6, 1e6, 1);

@@ -1,6 +1,5 @@
-// Outline blocks from the library's own global-memory calls, as a Linux caller allocates them: a
-// movable block draws exactly what a fixed one draws and is left with the caller's locks; a movable
-// block the library cannot read is refused with the buffer untouched.
+// Blocks from the library's own global-memory calls, as a Linux caller makes them: a movable block draws
+// what a fixed one draws and keeps no lock; one the library cannot read is refused, the buffer untouched.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
