@@ -19,9 +19,7 @@ TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
   EXPECT_FALSE(InvertAffine(RectToParallelogram(5, 0, 5, 4, parl), &inverse));
   EXPECT_EQ(inverse.tx, 5.0);  // left alone
   EXPECT_NEAR(MaxStretch(agg::trans_affine(1, 0, 1, 1, 0, 0)), (1 + std::sqrt(5.0)) / 2, 1e-12);
-}
-
-TEST(AffineSpanInterpolator, ClampsFarCoordinates) {
+  // The span interpolator clamps far coordinates.
   AffineSpanInterpolator far(agg::trans_affine(1e9, 0, 0, -1e9, 0, 0), 1 << 20);
   far.begin(1e6, 1e6, 1);
   int x, y;
