@@ -19,8 +19,7 @@ constexpr int32_t kMax = INT32_MAX, kMin = INT32_MIN;
 uint32_t Blend(uint32_t source, uint32_t target, const V& bounds = {}) {
   TestImage s(1, 1, source), t(1, 1, target);
   const PlacedView from{s.view(), {0, 0, 1, 1}}, onto{t.view(), {0, 0, 1, 1}};
-  if (bounds.empty()) BlendOver(from, onto);
-  if (!bounds.empty()) BlendOverClamped(from, onto, bounds[0], bounds[1]);
+  bounds.empty() ? BlendOver(from, onto) : BlendOverClamped(from, onto, bounds[0], bounds[1]);
   return t.pixels[0];
 }
 
@@ -83,8 +82,7 @@ TEST(Compositing, PlacementClipsToBothImages) {
       TestImage target(3, 3, g);
       const PlacedView from{source.view(), {c.sourceLeft, c.sourceTop, c.sourceLeft + 2, c.sourceTop + 2}};
       const PlacedView onto{target.view(), {c.targetLeft, c.targetTop, c.targetLeft + 3, c.targetTop + 3}};
-      if (clamped) BlendOverClamped(from, onto, 0u, 0xFF000000u);
-      if (!clamped) BlendOver(from, onto);
+      clamped ? BlendOverClamped(from, onto, 0u, 0xFF000000u) : BlendOver(from, onto);
       V want;
       for (const char* p = c.want; *p; ++p) want.push_back(*p == '.' ? g : s(*p - '0'));
       EXPECT_EQ(target.pixels, want) << c.want << (clamped ? " clamped" : "");
