@@ -3,18 +3,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 #include <cstdio>
+#include <fstream>
 #include "tests/image/tga_test_files.h"
 
 namespace lx::test {
 namespace {
 // The memory this process has resident now.
 uint64_t ResidentBytes() {
-  unsigned long long pages[2] = {0, 0};
-  if (std::FILE* f = std::fopen("/proc/self/statm", "r")) {
-    if (std::fscanf(f, "%llu %llu", &pages[0], &pages[1]) != 2) pages[1] = 0;
-    std::fclose(f);
-  }
-  return pages[1] * static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+  uint64_t size = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> size >> resident;
+  return resident * static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
 // In a death-test child: exits 0 when the record is as expected (a loaded block as large as the header
