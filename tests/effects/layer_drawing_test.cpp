@@ -11,7 +11,7 @@ namespace {
 using V = std::vector<uint32_t>;
 
 // The reference scenes see what ordinary text needs of the AGG pieces; here are refusals and odd shapes.
-TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
+TEST(AggCompanions, SingularMatricesFarCoordinatesAndStopVertices) {
   const double parl[6] = {10, 20, 50, 30, 60, 90};
   agg::trans_affine inverse(1, 2, 3, 4, 5, 6);
   EXPECT_FALSE(InvertAffine(agg::trans_affine(1.0, 2.0, 2.0, 4.0, 0, 0), &inverse));
@@ -25,6 +25,13 @@ TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
   int x, y;
   far.coordinates(&x, &y);
   EXPECT_EQ(std::vector<int>({x, y}), std::vector<int>({1 << 20, -(1 << 20)}));
+  // A vertex of no drawing command (a stop) is skipped.
+  const OutlinePath path{{1, 1, kPathMoveTo}, {9, 9, kPathStop}, {2, 1, kPathLineTo}};
+  FlattenedPath flat(path, 0.25);
+  double px, py;
+  flat.rewind(0);
+  const unsigned first = flat.vertex(&px, &py), second = flat.vertex(&px, &py);
+  EXPECT_EQ(std::vector<double>({double(first), double(second), px}), std::vector<double>({1, 2, 2}));
 }
 
 // Settings pack red in the low byte, pixels blue: the colours kRed and kBlue draw as r and b.
