@@ -62,19 +62,9 @@ std::vector<uint8_t> Tga(uint8_t type, uint8_t width, uint8_t height, uint8_t bi
   return data;
 }
 
-TEST(ToolOptions, TextFormsPresetsInOrderAndTheProgramsOwnLimits) {
-  EXPECT_EQ(Parse({"Hello", "big", "world"}).text + Parse({"--text", "-5 degrees"}).text +
-                Parse({"--", "--not-an-option"}).text,
-            "Hello big world-5 degrees--not-an-option");
-  EXPECT_EQ(Parse({"A", "--size=48"}).pixelSize + Parse({"A", "-s", "48"}).pixelSize +
-                Parse({"-s48", "A"}).pixelSize,
-            144);
-  // A preset lays down its settings where it stands; without a text its sample words are drawn.
-  EXPECT_EQ(std::make_pair(Parse({"A", "--preset", "glow", "--shadow-blur", "3"}).shadowBlur,
-                           Parse({"A", "--shadow-blur", "3", "--preset", "glow"}).shadowBlur),
-            std::make_pair(3, Parse({"A", "--preset", "glow"}).shadowBlur));
+TEST(ToolOptions, PresetSampleWordsAndTheProgramsOwnLimits) {
+  // Without a text a preset's sample words are drawn.
   EXPECT_EQ(Parse({"--preset", "neon"}).text, lx::compose::FindPreset("neon")->sampleText);
-  EXPECT_EQ(ParseCommandLine({"A", "-o", "A.TGA"}, Native()).job.output, "A.TGA");
   // A program without PNG and fontconfig (the Windows demo).
   for (const auto& [args, message] :
        {std::make_pair(std::vector<std::string>{"A", "-o", "a.png"}, "TGA only"),
