@@ -123,22 +123,20 @@ TEST(Composition, FailuresCarryTheCommandLinesMessages) {
 }
 
 TEST(Composition, TheCanvasPlacementAndShadowReachThePicture) {
-  const Image page = Draw("background=#336699 canvas=260x140", "Bg");
-  EXPECT_EQ(std::make_tuple(page.width, page.height, page.at(0, 0), page.at(259, 139),
-                            Draw("size=9", "B").at(0, 0)),
-            std::make_tuple(260, 140, 0xFF336699u, 0xFF336699u, 0u));
-  const Image fitted = Draw("padding=23 shadow-offset=7,9 shadow-blur=3", "Fit");
+  const Image page = Draw("background=#336699 canvas=260x140", "Bg"),
+              fitted = Draw("padding=23 shadow-offset=7,9 shadow-blur=3", "Fit");
+  EXPECT_EQ(std::make_tuple(page.width, page.height, page.at(0, 0), page.at(259, 139)),
+            std::make_tuple(260, 140, 0xFF336699u, 0xFF336699u));
   EXPECT_EQ(Box(fitted), (std::vector<int>{23, 23, fitted.width - 23, fitted.height - 23}));
   // On a fixed canvas the drawing is centred, and a translation moves it by exactly its amount.
-  const Image centred = Draw("canvas=333x177", "Mid"), moved = Draw("canvas=333x177 translate=-11,6", "Mid");
-  const std::vector<int> mid = Box(centred);
+  const std::vector<int> mid = Box(Draw("canvas=333x177", "Mid")),
+                         moved = Box(Draw("canvas=333x177 translate=-11,6", "Mid"));
   EXPECT_LE(std::abs(mid[0] + mid[2] - 333) + std::abs(mid[1] + mid[3] - 177), 2);
-  EXPECT_EQ(Box(moved), (std::vector<int>{mid[0] - 11, mid[1] + 6, mid[2] - 11, mid[3] + 6}));
-  EXPECT_EQ(moved.at(mid[0] + 5, mid[1] + 20), centred.at(mid[0] + 16, mid[1] + 14));
+  EXPECT_EQ(moved, (std::vector<int>{mid[0] - 11, mid[1] + 6, mid[2] - 11, mid[3] + 6}));
   // The Shadow goes exactly where its offset says, and shows alone or not at all.
   const std::string shadow = "shadow-color=#FF0000 canvas=300x200 background=#000000 shadow-offset=-40,-25 ";
-  const std::vector<int> face = Box(Draw(shadow, "I"), 0xFFFFFFFF),
-                         offset = Box(Draw(shadow, "I"), 0xFFFF0000);
+  const Image shown = Draw(shadow, "I");
+  const std::vector<int> face = Box(shown, 0xFFFFFFFF), offset = Box(shown, 0xFFFF0000);
   EXPECT_EQ(std::make_pair(offset[0] - face[0], offset[1] - face[1]), std::make_pair(-40, -25));
   EXPECT_EQ(
       Box(Draw(shadow + "no-shadow", "I"), 0xFFFF0000)[2] + Box(Draw(shadow + "shadow-only", "I"), ~0u)[2],

@@ -67,8 +67,7 @@ TEST(TextLines, AlignmentSpacingAndWrappingPlaceEachLineExactly) {
     EXPECT_DOUBLE_EQ(laid.line(1).right - laid.line(1).left, laid.r.width);
     for (size_t i = 0; i < 3; ++i) {
       EXPECT_NEAR(laid.line(i).left, (laid.r.width - (laid.line(i).right - laid.line(i).left)) * share, 1e-9);
-      const LettrixTextGlyph& first =
-          laid.glyph(std::vector<size_t>{0, 3, 22}[i]);  // each line's first glyph
+      const LettrixTextGlyph& first = laid.glyph(std::vector<size_t>{0, 3, 22}[i]);  // the line's first
       EXPECT_EQ(std::make_pair(first.x, first.y), std::make_pair(laid.line(i).left, laid.line(i).baseline));
     }
   }
@@ -111,9 +110,7 @@ TEST(TextShaping, FeaturesScriptsAndDirectionsGiveTheGlyphsInVisualOrder) {
     Laid with(text, font, 64), without(text, font, 64, [&](auto&l) { l.features = off; });
     EXPECT_EQ(std::make_pair(with.r.glyph_count, without.r.glyph_count),
               std::make_pair(size_t{on}, size_t{offGlyphs}));
-    if (on == offGlyphs) {
-      EXPECT_LT(with.r.width, without.r.width - 1.0) << text;  // kerned
-    }
+    if (on == offGlyphs) EXPECT_LT(with.r.width, without.r.width - 1.0) << text;  // kerned
   }
   EXPECT_NE(Laid("fi", kSerifOtf, 64).glyph(0).glyph, GlyphOf(kSerifOtf, "f"));
   // Arabic runs right to left and joins: no letter keeps its isolated form unless non-joiners keep it apart.
@@ -165,7 +162,7 @@ TEST(TextShaping, MissingCharactersComeFromAFallbackFontOrAreABox) {
 }
 
 // Each option's range at both ends is checked through the Python package's outline_block.
-TEST(TextRefusals, GiveAMessageAndNoBlock) {
+TEST(TextRefusals, GiveAMessageAndNoBlockAndTheWritersRangeEndsAt16Dot16) {
   const std::tuple<std::string, Change, const char*> cases[] = {
       {"ab\xC3(", [](auto&) {}, "not valid UTF-8 (at byte 2)"},
       {"a\xED\xA0\x80", [](auto&) {}, "not valid UTF-8 (at byte 1)"},  // surrogate
@@ -196,19 +193,12 @@ TEST(TextRefusals, GiveAMessageAndNoBlock) {
             "no text or no layout given/no result given/no text");
   LettrixTextRelease(&result);
   LettrixTextRelease(nullptr);
-}
-
-// The block's records are checked by drawing it, its box against the renderer's measure by the fuzzer.
-TEST(TextBlocks, PointsOutOfRangeSpoilTheBlock) {
-  for (const auto& [far, inRange] : {std::make_pair(Point{32768, 0}, false),
-                                     {Point{0, -32769}, false},
-                                     {Point{NAN, 0}, false},
-                                     {Point{32767.99, -32768}, true}}) {
+  // The block writer's coordinates end where 16.16 ends; past it, the block is spoilt and refused as above.
+  const std::pair<Point, bool> ends[] = {
+      {{32768, 0}, false}, {{0, -32769}, false}, {{NAN, 0}, false}, {{32767.99, -32768}, true}};
+  for (const auto& [far, inRange] : ends) {
     OutlineBlockWriter writer;
-    writer.MoveTo({0, 0});
-    writer.LineTo(far);
-    writer.LineTo({1, 1});
-    writer.EndContour();
+    writer.MoveTo({0, 0}), writer.LineTo(far), writer.LineTo({1, 1}), writer.EndContour();
     EXPECT_EQ(writer.inRange(), inRange) << far.x << "," << far.y;
   }
 }
