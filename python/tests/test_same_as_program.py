@@ -53,15 +53,6 @@ def test_render_draws_as_the_program_does(run_program, text, keywords):
         assert np.array_equal(lettrix.render(preset=preset, size=64), theirs)
 
 
-def test_texture_file_is_read_as_the_program_reads_it(run_program, tmp_path):
-    stripes = np.zeros((8, 8, 4), np.uint8)
-    stripes[::2, :, 0] = stripes[1::2, :, 2] = stripes[..., 3] = 255
-    lettrix.save(stripes, tmp_path / "stripes.png")
-    keywords = dict(size=64, face_texture=str(tmp_path / "stripes.png"))
-    program = run_program(_keywords.command_line(None, keywords), "Tx")[1]
-    assert np.array_equal(lettrix.render("Tx", **keywords), program)
-
-
 def numeric_ends():
     """(keyword, its range's ends, values just outside them) of each numeric keyword, in its own shape; a
     pair's places each refused on their own."""
@@ -77,6 +68,7 @@ def numeric_ends():
 
 
 NUMERIC = list(numeric_ends())
+ENDS = {name: ends for name, ends, _ in NUMERIC}
 # Values just outside each numeric range, then malformed ones (a colour tuple has no command-line form).
 REFUSED = [(name, value) for name, _, outside in NUMERIC for value in outside] + [
     ("face_color", (256, 0, 0)), ("face_color", (0, -1, 0, 0)), ("face_color", "#GG0000"), ("face_colors", "#000000"),
@@ -85,14 +77,10 @@ REFUSED = [(name, value) for name, _, outside in NUMERIC for value in outside] +
     ("language", "not a tag"), ("features", "liga=?")]
 
 
-@pytest.mark.parametrize("name,ends", [(name, ends) for name, ends, _ in NUMERIC], ids=[n[0] for n in NUMERIC])
-def test_numeric_keyword_takes_the_ends_of_its_range(name, ends):
-    for value in ends:
-        _keywords.settings_from(None, {name: value})
-
-
 @pytest.mark.parametrize("name,value", REFUSED, ids=[name for name, _ in REFUSED])
-def test_value_out_of_range_is_refused_as_the_program_refuses_it(run_program, name, value):
+def test_value_out_of_range_is_refused_as_the_program_refuses_it_and_its_ends_are_taken(run_program, name, value):
+    for end in ENDS.get(name, []):
+        _keywords.settings_from(None, {name: end})
     with pytest.raises(ValueError, match=f"^{name}: .*{re.escape(_keywords.KEYWORDS[name].range)}") as refused:
         lettrix.render("x", **{name: value})
     try:
