@@ -1,5 +1,4 @@
-// The outline helper refuses what it cannot lay out (its blocks for ordinary text are drawn, pixel-exact, by
-// every scene the library's tests render).
+// The outline helper refuses what it cannot lay out; its ordinary blocks are drawn by every scene.
 #include <gtest/gtest.h>
 
 #include "tools/text_outline/text_outline.h"
