@@ -16,8 +16,7 @@ def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tm
     lettrix.save(word, tmp_path / "word.png")
     assert np.array_equal(np.array(Image.open(tmp_path / "word.png")), word)
     assert np.array_equal(np.array(lettrix.to_pil(word)), word)
-    folder = tmp_path / "failures"
-    folder.mkdir()
+    (folder := tmp_path / "failures").mkdir()
     (folder / "kept.png").write_bytes(b"old")
     (folder / "broken.ttf").write_bytes(b"not a font at all")
     for call, kind, message in [

@@ -58,8 +58,7 @@ Job Parse(std::vector<std::string> args) {
 }
 
 TEST(ToolOptions, PresetSampleWordsAndTheProgramsOwnLimits) {
-  // Without a text a preset's sample words are drawn.
-  EXPECT_EQ(Parse({"--preset", "neon"}).text, lx::compose::FindPreset("neon")->sampleText);
+  EXPECT_EQ(Parse({"--preset", "neon"}).text, lx::compose::FindPreset("neon")->sampleText);  // no text given
   // A program without PNG and fontconfig (the Windows demo).
   for (const auto& [args, message] :
        {std::make_pair(std::vector<std::string>{"A", "-o", "a.png"}, "TGA only"),
