@@ -1,14 +1,10 @@
-"""The rest of the package: files, Pillow, errors, the outline block, the low-level Process, threads, help."""
-
-import pydoc
-import threading
+"""The rest of the package: files, Pillow, errors, the outline block and the low-level Process."""
 
 import numpy as np
 import pytest
 from PIL import Image
 
 import lettrix
-from lettrix import _keywords
 
 
 def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tmp_path):
@@ -20,8 +16,7 @@ def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tm
     lettrix.save(word, tmp_path / "word.png")
     assert np.array_equal(np.array(Image.open(tmp_path / "word.png")), word)
     assert np.array_equal(np.array(lettrix.to_pil(word)), word)
-    folder = tmp_path / "failures"
-    folder.mkdir()
+    (folder := tmp_path / "failures").mkdir()
     (folder / "kept.png").write_bytes(b"old")
     (folder / "broken.ttf").write_bytes(b"not a font at all")
     for call, kind, message in [
@@ -41,24 +36,17 @@ def test_files_and_pil_keep_straight_alpha_rgba_and_failures_raise_their_kind(tm
     assert sorted(p.name for p in folder.iterdir()) == ["broken.ttf", "kept.png"]
 
 
-def test_outline_block_drawn_by_render_block_and_by_a_process_shared_by_threads():
+def test_outline_block_drawn_by_render_block_and_by_a_process():
     block = lettrix.outline_block("Blocks", size=60)
     assert block.block and len(block.lines) == 1 and block.font_files and block.missing_count == 0
     assert [g.cluster for g in block.glyphs] == list(range(6))
     assert np.array_equal(lettrix.render_block(block, outline_width=2, face_color="navy"),
                           lettrix.render("Blocks", size=60, outline_width=2, face_color="navy"))
     alone = np.zeros((block.ink[3] + 10, block.ink[2] + 10, 4), np.uint8)
-    buffers = [np.zeros_like(alone) for _ in range(6)]
     with lettrix.Process() as process:
         process.set_color_face_start(255, 255, 0, 0)
         process.set_translation(5, 5)
         assert process.render(block.block, alone) and not process.render(b"\x00" * 16, alone)
-        # Threads sharing one process take turns (the GIL is released while drawing): each draws what one draws.
-        threads = [threading.Thread(target=process.render, args=(block.block, b)) for b in buffers]
-        for t in threads:
-            t.start()
-        for t in threads:
-            t.join()
         assert process.set_face_gradient_colors([0xFF0000FF, 0xFFFF0000], [1, 2])
         assert not process.set_face_user_gradient_area(0, 0, 0, 0)
         # Setters take the library's argument types (a byte, a 32-bit integer), refused by name outside them.
@@ -69,15 +57,9 @@ def test_outline_block_drawn_by_render_block_and_by_a_process_shared_by_threads(
             with pytest.raises(ValueError, match=message):
                 call()
         process.set_translation(-2**31, 2**31 - 1)
-    assert all(np.array_equal(b, alone) for b in buffers)
     # Blue, green, red, alpha in memory: a red Face has its red in the third byte.
     solid = alone[alone[..., 3] == 255]
     assert len(solid) > 0 and (solid[:, 2] == 255).all() and (solid[:, 0] == 0).all()
     process.set_shadow_offset(1, 1)  # after close: does nothing
     assert not process.render(block.block, alone)
 
-
-def test_help_names_every_keyword_with_its_range_and_every_preset():
-    text = pydoc.render_doc(lettrix.render, renderer=pydoc.plaintext)
-    assert all(k.describe() in text and k.help in text for k in _keywords.KEYWORDS.values())
-    assert all(p.name in text for p in lettrix.presets())
