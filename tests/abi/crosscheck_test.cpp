@@ -1,9 +1,6 @@
-// The native library and lettrix.dll draw the same pixels. The native run renders every scene from its
-// recorded outline block, checks the pixels against the scene's recorded checksum, and writes block and
-// result beside its test programs; the Windows run (given the native build directory in
-// LETTRIX_NATIVE_BUILD) reads the same blocks, renders them through the DLL and compares.
-// The blocks are kept in the tree so that the checksums depend on the library alone, not on the font or
-// FreeType of the machine. A scene without a recorded block lays its text out and records it.
+// The native run draws each scene from its block recorded in the tree (so checksums depend on the library
+// alone, not the machine's fonts), checks the checksum and writes block and pixels; the Windows run
+// (LETTRIX_NATIVE_BUILD: the native build) draws them through lettrix.dll and compares. No block: record one.
 #include <gtest/gtest.h>
 #include <cstdlib>
 #include <filesystem>

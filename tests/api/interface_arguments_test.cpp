@@ -1,12 +1,10 @@
 // What the exported functions take from their arguments: values clamped, parameters left unread, and
 // caller memory that cannot be read and written refused before anything is copied or drawn.
 #include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstring>
 #include <tuple>
 #include <vector>
-
 #include "effects/emboss_filter.h"
 #include "lettrix/lettrix.h"
 #include "render/render_process.h"
@@ -16,7 +14,6 @@
 
 namespace lx {
 namespace {
-
 using test::GuardedPages;
 
 template <typename... T>
@@ -180,6 +177,5 @@ TEST_F(Interface, RenderChecksTheBufferOverItsWholeSizeAndFollowsNoPointerEarly)
   EXPECT_EQ(std::vector<uint32_t>(writable, writable + 16), std::vector<uint32_t>(16, 0x5A5A5A5Au));
   EXPECT_TRUE(Render(&slot_, text.block(), &four, &four, writable));
 }
-
 }  // namespace
 }  // namespace lx

@@ -1,7 +1,6 @@
-// Outline blocks and TGA files built or found to make a reader read outside its input, loop forever or
-// overflow a size, kept under data/. A file's name says the clean answer it must get: outline_refused_
-// (no box, the path left empty), outline_decoded_ (a box), tga_refused_ and tga_too_many_pixels_ (a
-// refusal, the latter with that message), tga_either_ (either answer, with a consistent record).
+// Inputs under data/ that once made a reader overrun, hang or overflow. The name gives the clean answer:
+// outline_refused_ (no box, empty path), outline_decoded_ (a box), tga_refused_, tga_too_many_pixels_ (a
+// refusal; the latter with that message), tga_either_ (either answer, with a consistent record).
 #include <gtest/gtest.h>
 #include <cstring>
 #include <filesystem>
@@ -60,10 +59,8 @@ TEST(CrasherFiles, EachGetsTheAnswerItsNameGives) {
   EXPECT_EQ(checked, 37u) << "files in " << LETTRIX_CRASHER_DIR;
 }
 
-// Every cut of a good file, where the reader must stop at the end of what it was given: two contours
-// decode only whole (the first alone when cut right after it), a 4 x 3 TGA of runs and raw packets loads
-// only whole, an uncompressed 2 x 2 whatever follows its 12 type bytes. (Bent and corrupted files are
-// the fuzz targets' work, under the sanitizers.)
+// Every cut of a good file: two contours decode only whole (the first alone when cut right after it), a
+// 4 x 3 TGA of runs and raw packets loads only whole, an uncompressed 2 x 2 whatever follows 12 bytes.
 TEST(CrasherFiles, CutGoodFilesAreRefusedOrReadWhole) {
   const std::vector<uint8_t> blocks = CrasherFile("good_two_squares.block");
   const Bytes rle = CrasherFile("good_rle_4x3.tga"), raw = CrasherFile("good_raw_2x2.tga");

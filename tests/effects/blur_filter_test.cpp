@@ -1,18 +1,14 @@
 #include "effects/blur_filter.h"
-
 #include <agg_renderer_base.h>  // agg_blur.h uses it without including it
 #include <agg_blur.h>
 #include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
-
 #include "effects/stack_blur_line.h"
 #include "effects_test_image.h"
 
 namespace lx {
 namespace {
-
 using namespace effects_test;
 
 // A radius of 0 skips its pass; empty images, no flags or no repeats change nothing; radii above 254 act
@@ -87,6 +83,5 @@ TEST(StackBlurLine, WideAndScalarPathsAgreeAndStayWithinTheLine) {
     }
   }
 }
-
 }  // namespace
 }  // namespace lx

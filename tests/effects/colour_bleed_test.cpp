@@ -1,13 +1,11 @@
 // The colour bleed before the emboss: every giving pixel, in row order, paints the clear pixels of its
 // square (a literal reading of the rule, on random images).
 #include <gtest/gtest.h>
-
 #include "effects/colour_bleed.h"
 #include "effects_test_image.h"
 
 namespace lx {
 namespace {
-
 using namespace effects_test;
 
 // Below 1, or without room for a giver (2d at least a side), nothing changes.
@@ -23,6 +21,5 @@ TEST(SquareColourBleed, EveryGiverInRowOrderPaintsItsSquare) {
     EXPECT_EQ(image.pixels, expected.pixels) << d;
   }
 }
-
 }  // namespace
 }  // namespace lx

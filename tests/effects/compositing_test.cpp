@@ -1,10 +1,9 @@
 // Laying layers over one another: the blend laws at their limits, placement, and the extrusion's stamps.
 #include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
-
 #include "effects/compositing.h"
 #include "effects/shadow_extrusion.h"
 #include "effects_test_image.h"
@@ -12,7 +11,6 @@
 
 namespace lx {
 namespace {
-
 using namespace effects_test;
 using V = std::vector<uint32_t>;
 constexpr int32_t kMax = INT32_MAX, kMin = INT32_MIN;
@@ -21,8 +19,7 @@ constexpr int32_t kMax = INT32_MAX, kMin = INT32_MIN;
 uint32_t Blend(uint32_t source, uint32_t target, const V& bounds = {}) {
   TestImage s(1, 1, source), t(1, 1, target);
   const PlacedView from{s.view(), {0, 0, 1, 1}}, onto{t.view(), {0, 0, 1, 1}};
-  if (bounds.empty()) BlendOver(from, onto);
-  if (!bounds.empty()) BlendOverClamped(from, onto, bounds[0], bounds[1]);
+  bounds.empty() ? BlendOver(from, onto) : BlendOverClamped(from, onto, bounds[0], bounds[1]);
   return t.pixels[0];
 }
 
@@ -47,9 +44,8 @@ TEST(Compositing, LawsAtTheEndsOfTheAlphaRange) {
               (V{255, sa}));
 }
 
-// The wide path gives the scalar path's pixels for every pair of alphas (a group of four shares its
-// source alpha), over targets whose colour bytes equal the source's in all four pixels, in none, or in
-// three; the last three pixels of each row go one by one.
+// Wide path = scalar path for every pair of alphas (a group of four shares its source alpha), over targets
+// whose colour bytes equal the source's in all four pixels, none or three; each row's last three go singly.
 TEST(Compositing, WidePathAgreesWithScalarPathForEveryPairOfAlphas) {
   TestImage source(256 * 4 + 3, 256 * 3), wide(256 * 4 + 3, 256 * 3);
   for (int32_t y = 0; y < source.height; ++y) {
@@ -86,8 +82,7 @@ TEST(Compositing, PlacementClipsToBothImages) {
       TestImage target(3, 3, g);
       const PlacedView from{source.view(), {c.sourceLeft, c.sourceTop, c.sourceLeft + 2, c.sourceTop + 2}};
       const PlacedView onto{target.view(), {c.targetLeft, c.targetTop, c.targetLeft + 3, c.targetTop + 3}};
-      if (clamped) BlendOverClamped(from, onto, 0u, 0xFF000000u);
-      if (!clamped) BlendOver(from, onto);
+      clamped ? BlendOverClamped(from, onto, 0u, 0xFF000000u) : BlendOver(from, onto);
       V want;
       for (const char* p = c.want; *p; ++p) want.push_back(*p == '.' ? g : s(*p - '0'));
       EXPECT_EQ(target.pixels, want) << c.want << (clamped ? " clamped" : "");
@@ -119,7 +114,7 @@ TestImage Extruded(TestImage image, int32_t dx, int32_t dy) {
 TEST(Extrude, LongLinesStampWhereTheFullWalkDoes) {
   TestImage image = RandomImage(30, 25, 77, 0.95);
   image.at(0, 0) = Pixel(255, 0, 0, 255), image.at(29, 0) = Pixel(0, 255, 0, 255);
-  image.at(0, 24) = Pixel(0, 0, 255, 255), image.at(29, 24) = Grey(255);
+  image.at(0, 24) = Pixel(0, 0, 255, 255), image.at(29, 24) = Pixel(255, 255, 255, 255);
   EXPECT_EQ(Extruded(image, 0, 0).pixels, image.pixels);
   Extrude(PixelView{}, 4, 4);
   TestImage shadow = image;  // the Shadow's own extrusion, along an axis (as no scene has it)
@@ -145,10 +140,9 @@ TEST(Extrude, NeverTouchesMemoryOutsideTheLayer) {
     ExtrudeShadow(outer.view(5, 5, 20, 10), dx, dy, 0);
   }
   SoftenExtrusion(outer.view(), nullptr);
-  outer.fillRect(5, 5, 25, 15, 0);
-  expected.fillRect(5, 5, 25, 15, 0);
+  for (TestImage* image : {&outer, &expected})
+    for (int32_t y = 5; y < 15; ++y) std::fill(&image->at(5, y), &image->at(25, y), 0u);
   EXPECT_EQ(outer.pixels, expected.pixels);
 }
-
 }  // namespace
 }  // namespace lx

@@ -1,20 +1,14 @@
 // A small owned image for the effect tests: pixels as 32-bit values (byte 0 lowest), rows packed.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <vector>
-
 #include "image/pixel_view.h"
 
 namespace lx::effects_test {
-
 inline uint32_t Pixel(uint8_t b0, uint8_t b1, uint8_t b2, uint8_t alpha) {
   return uint32_t{b0} | uint32_t{b1} << 8 | uint32_t{b2} << 16 | uint32_t{alpha} << 24;
-}
-inline uint32_t Grey(uint8_t v, uint8_t alpha = 255) {
-  return Pixel(v, v, v, alpha);
 }
 
 struct TestImage {
@@ -26,9 +20,6 @@ struct TestImage {
     return {reinterpret_cast<uint8_t*>(&at(left, top)), w ? w : width, h ? h : height, width * 4};
   }
   uint32_t& at(int32_t x, int32_t y) { return pixels[static_cast<size_t>(y) * width + x]; }
-  void fillRect(int32_t x0, int32_t y0, int32_t x1, int32_t y1, uint32_t value) {
-    for (int32_t y = y0; y < y1; ++y) std::fill(&at(x0, y), &at(x0, y) + (x1 - x0), value);
-  }
 
   int32_t width, height;
   std::vector<uint32_t> pixels;
@@ -42,5 +33,4 @@ inline TestImage RandomImage(int32_t w, int32_t h, unsigned seed, double transpa
   for (uint32_t& p : image.pixels) p = share(rng) < transparentShare ? rng() & 0x00FFFFFFu : rng();
   return image;
 }
-
 }  // namespace lx::effects_test

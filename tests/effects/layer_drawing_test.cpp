@@ -1,20 +1,17 @@
 // Drawing a layer: the AGG pieces it stands on and its gradient and uniform fills.
 #include <cmath>
 #include <vector>
-
 #include <gtest/gtest.h>
-
 #include "effects/agg_companions.h"
 #include "effects/gradient_fill.h"
 #include "effects/layer_drawing.h"
 
 namespace lx {
 namespace {
-
 using V = std::vector<uint32_t>;
 
 // The reference scenes see what ordinary text needs of the AGG pieces; here are refusals and odd shapes.
-TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
+TEST(AggCompanions, SingularMatricesFarCoordinatesAndStopVertices) {
   const double parl[6] = {10, 20, 50, 30, 60, 90};
   agg::trans_affine inverse(1, 2, 3, 4, 5, 6);
   EXPECT_FALSE(InvertAffine(agg::trans_affine(1.0, 2.0, 2.0, 4.0, 0, 0), &inverse));
@@ -22,29 +19,19 @@ TEST(AffineCompanions, SingularOrNotFiniteMatricesAreNotInverted) {
   EXPECT_FALSE(InvertAffine(RectToParallelogram(5, 0, 5, 4, parl), &inverse));
   EXPECT_EQ(inverse.tx, 5.0);  // left alone
   EXPECT_NEAR(MaxStretch(agg::trans_affine(1, 0, 1, 1, 0, 0)), (1 + std::sqrt(5.0)) / 2, 1e-12);
-}
-
-// Outlines decoded from blocks always start with a move; paths built otherwise are repaired, not trusted.
-TEST(FlattenedPath, RepairsMalformedPaths) {
-  const OutlinePath path{
-      {1, 1, kPathLineTo}, {2, 1, kPathLineTo}, {9, 9, kPathStop}, {3, 3, kPathMoveTo}, {4, 3, kPathCurve3}};
-  FlattenedPath flat(path, 0.25);
-  flat.rewind(0);
-  std::vector<std::vector<double>> got;
-  double x, y;
-  unsigned cmd;
-  while (!agg::is_stop(cmd = flat.vertex(&x, &y))) got.push_back({x, y, double(cmd)});
-  // A leading line starts the path, the stop vertex is skipped, a curve vertex without its end is a line.
-  const double move = agg::path_cmd_move_to, line = agg::path_cmd_line_to;
-  EXPECT_EQ(got, (std::vector<std::vector<double>>{{1, 1, move}, {2, 1, line}, {3, 3, move}, {4, 3, line}}));
-}
-
-TEST(AffineSpanInterpolator, ClampsFarCoordinates) {
+  // The span interpolator clamps far coordinates.
   AffineSpanInterpolator far(agg::trans_affine(1e9, 0, 0, -1e9, 0, 0), 1 << 20);
   far.begin(1e6, 1e6, 1);
   int x, y;
   far.coordinates(&x, &y);
   EXPECT_EQ(std::vector<int>({x, y}), std::vector<int>({1 << 20, -(1 << 20)}));
+  // A vertex of no drawing command (a stop) is skipped.
+  const OutlinePath path{{1, 1, kPathMoveTo}, {9, 9, kPathStop}, {2, 1, kPathLineTo}};
+  FlattenedPath flat(path, 0.25);
+  double px, py;
+  flat.rewind(0);
+  const unsigned first = flat.vertex(&px, &py), second = flat.vertex(&px, &py);
+  EXPECT_EQ(std::vector<double>({double(first), double(second), px}), std::vector<double>({1, 2, 2}));
 }
 
 // Settings pack red in the low byte, pixels blue: the colours kRed and kBlue draw as r and b.
@@ -118,6 +105,5 @@ TEST(UniformColour, AnswersAndTheColoursWritten) {
   f.fillType = 1;  // a texture fill type is never uniform
   EXPECT_EQ(answers(), (V{0, 0, 0, 0, 0, 0}));
 }
-
 }  // namespace
 }  // namespace lx

@@ -1,15 +1,11 @@
 #include "image/caller_memory.h"
-
 #include <gtest/gtest.h>
-
 #include <cstdint>
 #include <limits>
-
 #include "tests/support/guard_pages.h"
 
 namespace lx {
 namespace {
-
 TEST(ValidateCallerMemory, AcceptsOnlyWholeRangesWithTheRightsAskedAndNoWrap) {
   int local = 0;
   EXPECT_FALSE(ValidateCallerMemory(nullptr, 4, false));
@@ -31,6 +27,5 @@ TEST(ValidateCallerMemory, AcceptsOnlyWholeRangesWithTheRightsAskedAndNoWrap) {
   const auto* nearTop = reinterpret_cast<const void*>(std::numeric_limits<uintptr_t>::max() - 15);
   EXPECT_FALSE(ValidateCallerMemory(nearTop, 32, false));
 }
-
 }  // namespace
 }  // namespace lx

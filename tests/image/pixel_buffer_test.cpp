@@ -1,16 +1,9 @@
 #include "image/pixel_buffer.h"
-
 #include <gtest/gtest.h>
-
 #include <vector>
 
 namespace lx {
 namespace {
-
-std::vector<int32_t> Of(const IntRect& r) {
-  return {r.left, r.top, r.right, r.bottom};
-}
-
 TEST(PixelBuffer, RefusesSizesBelowOneOrPastTheLimit) {
   // 2^34 bytes (0 when wrapped to 32 bits), exactly 2^32, a pixel count that overflows a signed 32-bit
   // product, one row and one pixel past 512 MiB.
@@ -35,7 +28,8 @@ TEST(PixelBuffer, WrapDescribesCallerMemoryWithoutOwningIt) {
     buffer.wrap(pixels.data(), 3, 2);
     EXPECT_EQ(buffer.pixels(), reinterpret_cast<uint8_t*>(pixels.data()));
     EXPECT_EQ(buffer.view().stride, 12);
-    EXPECT_EQ(Of(buffer.rect()), (std::vector<int32_t>{0, 0, 3, 2}));
+    const IntRect r = buffer.rect();
+    EXPECT_EQ((std::vector<int32_t>{r.left, r.top, r.right, r.bottom}), (std::vector<int32_t>{0, 0, 3, 2}));
   }
   EXPECT_EQ(pixels, std::vector<uint32_t>(6, 0xAABBCCDDu));
   PixelBuffer bad;
@@ -44,6 +38,5 @@ TEST(PixelBuffer, WrapDescribesCallerMemoryWithoutOwningIt) {
   bad.wrap(pixels.data(), INT32_MAX, 1);  // a row the 32-bit stride cannot describe
   EXPECT_FALSE(bad.hasPixels());
 }
-
 }  // namespace
 }  // namespace lx

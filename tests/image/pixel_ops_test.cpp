@@ -1,12 +1,9 @@
 #include "image/pixel_ops.h"
-
 #include <gtest/gtest.h>
-
 #include <vector>
 
 namespace lx {
 namespace {
-
 using Pixels = std::vector<uint32_t>;
 
 PlacedView Placed(Pixels& pixels, int32_t width, int32_t height, int32_t left = 0, int32_t top = 0) {
@@ -57,6 +54,5 @@ TEST(CopyRectangle, ModesPlaceAndClipTheSourceAndOutsideCopiesNothing) {
   }
   EXPECT_EQ(untouched, Pixels(9, 0u));
 }
-
 }  // namespace
 }  // namespace lx

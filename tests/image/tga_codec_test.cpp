@@ -1,13 +1,10 @@
 #include "image/tga_codec.h"
-
 #include <gtest/gtest.h>
-
 #include <cstdint>
 #include <vector>
 
 namespace lx {
 namespace {
-
 using Bytes = std::vector<uint8_t>;
 
 // The fewest bytes a file must hold for its pixels, and the most an RLE packet stream can take.
@@ -25,6 +22,5 @@ TEST(TgaCodec, LeastAndMostPixelBytes) {
   EXPECT_EQ(TgaMostRlePixelBytes(1, 3), 7u);
   EXPECT_EQ(TgaMostRlePixelBytes(10, 4), 54u);
 }
-
 }  // namespace
 }  // namespace lx

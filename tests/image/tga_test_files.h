@@ -2,16 +2,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <vector>
-
 #include "image/tga_reader.h"
 
 namespace lx::test {
-
 using Bytes = std::vector<uint8_t>;
 
 // The 18 header bytes of a file with no ID field, no colour map and origin (0, 0), then `pixels`.
@@ -31,12 +29,8 @@ inline std::string TempPath(const std::string& name) {
 
 inline std::string WriteTempFile(const std::string& name, const Bytes& bytes) {
   const std::string path = TempPath(name);
-  std::FILE* f = std::fopen(path.c_str(), "wb");
-  EXPECT_NE(f, nullptr) << path;
-  if (f != nullptr) {
-    EXPECT_EQ(bytes.empty() ? 0 : std::fwrite(bytes.data(), 1, bytes.size(), f), bytes.size());
-    std::fclose(f);
-  }
+  std::ofstream out(path, std::ios::binary);
+  EXPECT_TRUE(out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()))) << path;
   return path;
 }
 
@@ -56,5 +50,4 @@ inline bool LoadBytes(OwnedTga* image, const Bytes& bytes) {
   std::remove(path.c_str());
   return ok;
 }
-
 }  // namespace lx::test

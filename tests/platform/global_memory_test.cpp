@@ -1,14 +1,11 @@
 // Global memory as the library and its callers see it. These expectations hold for kernel32 itself (the
 // Windows build runs them against the real calls) and for the stand-in used elsewhere.
 #include <gtest/gtest.h>
-
 #include <vector>
-
 #include "platform/platform.h"
 
 namespace lx::platform {
 namespace {
-
 TEST(GlobalMemory, BlocksStartZeroedAndFreeOnceAndMovableOnesCountLocksUpTo255) {
   MemoryHandle fixed = GlobalAlloc(kGmemFixed | kGmemZeroInit, 1000),
                h = GlobalAlloc(kGmemMoveableZeroInit, 4096);
@@ -47,6 +44,5 @@ TEST(GlobalMemory, WhatIsNoBlockIsRefused) {
   EXPECT_EQ(GlobalSize(empty), 0u);
   EXPECT_EQ(GlobalFree(empty), nullptr);
 }
-
 }  // namespace
 }  // namespace lx::platform

@@ -1,14 +1,11 @@
 // LineDDA as the Shadow extrusion walks it (gdi32 on Windows), and the processor the blends are chosen by.
 #include <gtest/gtest.h>
-
 #include <utility>
 #include <vector>
-
 #include "platform/platform.h"
 
 namespace lx::platform {
 namespace {
-
 using Points = std::vector<std::pair<int, int>>;
 
 Points Walk(int x1, int y1, int x2, int y2) {
@@ -40,6 +37,5 @@ TEST(Cpu, ProcessorTypeIsAnX86TypeWithMMX) {
   EXPECT_FALSE(HasMMX());
 #endif
 }
-
 }  // namespace
 }  // namespace lx::platform

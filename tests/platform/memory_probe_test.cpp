@@ -1,13 +1,11 @@
 // The pointer checks as kernel32 answers them (the Windows build runs these against the real calls); ranges
 // over pages of each kind of rights are checked through ValidateCallerMemory and, per probe, on Linux.
 #include <gtest/gtest.h>
-
 #include "platform/platform.h"
 #include "tests/support/guard_pages.h"
 
 namespace lx::platform {
 namespace {
-
 using A = test::GuardedPages::Access;
 
 TEST(MemoryProbe, EmptyLargeWrappingAndConstantRanges) {
@@ -28,6 +26,5 @@ TEST(MemoryProbe, EmptyLargeWrappingAndConstantRanges) {
   EXPECT_FALSE(IsBadReadPtr(kText, sizeof kText));
   EXPECT_TRUE(IsBadWritePtr(const_cast<char*>(kText), sizeof kText));
 }
-
 }  // namespace
 }  // namespace lx::platform

@@ -1,15 +1,11 @@
 #include "render/outline_decoder.h"
-
 #include <gtest/gtest.h>
-
 #include <cstdio>
 #include <string>
-
 #include "tests/support/contour_records.h"
 
 namespace lx {
 namespace {
-
 using test::ContourRecords;
 using test::Pt;
 
@@ -52,6 +48,5 @@ TEST(OutlineDecoder, DecodesRecordsIntoAnExactPathAndItsRectangle) {
             "M-50,60 M-3,-3 L-0.5,-7.25 L-9.0625,9.75 C5,-20.5 C3,3 L-3,-3 M20,5 L30,5 L30,15 L20,15 L20,5 | "
             "-50,-21,30,60");
 }
-
 }  // namespace
 }  // namespace lx

@@ -1,14 +1,11 @@
 #include "render/pass_plan.h"
-
 #include <gtest/gtest.h>
-
 #include <cmath>
 #include <sstream>
 #include <string>
 
 namespace lx {
 namespace {
-
 // Values joined by spaces; rectangles as "left,top,right,bottom".
 template <typename... T>
 std::string Join(const T&... v) {
@@ -26,9 +23,6 @@ std::string Text(const WorkGeometry& g) {
   return Join(g.outline, g.wholeThickness, g.halfThickness, g.reach, g.margin, g.workWidth, g.workHeight,
               g.glyphOffsetX, g.glyphOffsetY);
 }
-
-// A work image 100 x 60 whose outline sits 7 right and 5 down of its corner.
-const WorkGeometry kWork{false, 0, 0, 0, 0, 100, 60, 7, 5};
 
 TEST(MeasureWork, MarginsBordersAndOffsetsFollowStrokeAndBlur) {
   // Outline drawn, whole and half thickness, reach, margin, size, offset. A stroke 1 wide: half of
@@ -117,13 +111,12 @@ TEST(PlanShadow, PlacesScalesAndReachesAsTheZoomOffsetExtrusionAndBlurAsk) {
   }
 }
 
-TEST(PlanMainPass, PlacesTheImage) {
+// On an output of 200 x 100 pixels; the layout left from an earlier image must be replaced. The main pass
+// places its image (100 x 60, the outline 7 right and 5 down of its corner) by the translation.
+TEST(PlanWorkImage, KeepsWhatCanReachTheOutputAndTheMainPassPlacesItsImage) {
+  const WorkGeometry kWork{false, 0, 0, 0, 0, 100, 60, 7, 5};
   EXPECT_EQ(Text(PlanMainPass(kWork, {40, -30, false, false, 0, 0, 0}).image), "33,-35,133,25");
   EXPECT_EQ(Text(PlanMainPass(kWork, {INT64_C(3000000000), 0}).image), "2999999993,-5,3000000093,55");
-}
-
-// On an output of 200 x 100 pixels; the layout left from an earlier image must be replaced.
-TEST(PlanWorkImage, KeepsWhatCanReachTheOutput) {
   // kept; layout in the kept part (empty when it is the kept part); the output seen from the layout,
   // held within 32 bits.
   const struct {
@@ -149,6 +142,5 @@ TEST(PlanWorkImage, KeepsWhatCanReachTheOutput) {
                             Box{0, -INT64_C(3000000000), 10, 10}, Box{10, 0, INT64_C(2147483648), 10}})
     EXPECT_FALSE(PlanWorkImage(layout, 50, 200, 100, &plan)) << Text(layout);
 }
-
 }  // namespace
 }  // namespace lx

@@ -1,10 +1,8 @@
 // What Render draws is bound to the caller's buffer: refused outlines and hostile settings leave it as it
 // was, and far-reaching text is cut to it without changing a pixel on it.
 #include <gtest/gtest.h>
-
 #include <iterator>
 #include <vector>
-
 #include "api/process_handle.h"
 #include "render/render_process.h"
 #include "tests/support/contour_records.h"
@@ -13,7 +11,6 @@
 
 namespace lx::test {
 namespace {
-
 constexpr uint32_t kPattern = 0xA55A3CC3;
 
 TEST(RenderBounds, RefusedOutlinesAndHostileSettingsLeaveTheBufferAsItWas) {
@@ -58,9 +55,8 @@ void (*const kFarEffects[])(Process&) = {
     },
 };
 
-// Text far larger than a 90 x 60 buffer, moved by (-x, -y), must show exactly the window at (x, y) of a
-// buffer large enough for all of it (on a varying ground, so every blend is checked). One process draws
-// everything: each image as a fresh process draws it, and a large work image is not kept.
+// Text far past a 90 x 60 buffer, moved by (-x, -y), shows the window at (x, y) of a large buffer (varying
+// ground: every blend counts). One process draws all as fresh ones do, keeping no large work image.
 TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOneAndNothingCarriesOver) {
   const TextScene scene("Wgj", 420, 260, 400);
   auto ground = [](int32_t w, int32_t h, int32_t x0, int32_t y0) {
@@ -106,6 +102,5 @@ TEST(RenderBounds, SmallBufferMatchesThePartOfALargeOneAndNothingCarriesOver) {
   }
   EXPECT_GT(process->scratch[0].ownedBytes(), 0u);
 }
-
 }  // namespace
 }  // namespace lx::test

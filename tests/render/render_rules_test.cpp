@@ -1,13 +1,11 @@
 // Which layers Render draws: real text drawn two ways and compared, so that a layer skipped or drawn
 // against its rule shows as a changed buffer.
 #include <gtest/gtest.h>
-
 #include "tests/support/lettrix_process.h"
 #include "tests/support/scene.h"
 
 namespace lx::test {
 namespace {
-
 constexpr uint32_t kGround = 0xFF141414;
 
 Image Draw(void (*set)(Process&)) {
@@ -44,6 +42,5 @@ TEST(RenderRules, AShadowThatCannotShowIsSkippedUnlessDrawnAloneAndUserAreasLieO
                 p.faceStart(255, 255, 0, 0).faceGradient(1).translate(5, -3).faceFit(1);
               }));
 }
-
 }  // namespace
 }  // namespace lx::test

@@ -1,12 +1,9 @@
 #include "settings/fill_settings.h"
-
 #include <gtest/gtest.h>
-
 #include <vector>
 
 namespace lx {
 namespace {
-
 using Colours = std::vector<uint32_t>;
 
 TEST(FillSettings, ColourStopsKeepTheirWeightRulesAndCapAndColoursTakeThemOutOfForce) {
@@ -54,6 +51,5 @@ TEST(FillSettings, ColourStopsKeepTheirWeightRulesAndCapAndColoursTakeThemOutOfF
   EXPECT_FALSE(f.setGradientColours(nullptr, nullptr, &n));
   EXPECT_EQ(f.useGradientTable, 0);
 }
-
 }  // namespace
 }  // namespace lx

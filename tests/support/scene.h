@@ -59,9 +59,8 @@ inline std::vector<uint8_t> CrasherFile(const std::string& name) {
   return ReadBytes(std::string(LETTRIX_CRASHER_DIR) + "/" + name);
 }
 
-// The outline records of `bytes` grown to `size` bytes by one more contour that adds nothing to the
-// drawing: its start point is the first contour's and its body holds records of no points. Render then
-// decodes the whole of a block larger than its outline, as a caller's spare room would be.
+// `bytes` grown to `size` by one more contour that draws nothing (the first one's start, records of no
+// points), so that Render decodes all of a block larger than its outline, as a caller's spare room.
 inline std::vector<uint8_t> PaddedOutlineBlock(const std::vector<uint8_t>& bytes, size_t size) {
   std::vector<uint8_t> padded(bytes);
   if (bytes.size() < 16 || size < bytes.size() + 16) return padded;

@@ -1,11 +1,9 @@
 // Eight threads, each with processes of its own, draw the cross-check scenes over and over and must get
 // exactly the pixels one thread gets. Under ThreadSanitizer any unordered shared state is reported too.
 #include <gtest/gtest.h>
-
 #include <memory>
 #include <thread>
 #include <vector>
-
 #include "lettrix/lettrix.h"
 #include "tests/support/crosscheck_scenes.h"
 #include "tests/support/lettrix_process.h"
@@ -13,7 +11,6 @@
 
 namespace lx::test {
 namespace {
-
 // One scene drawn by a fresh process into a fresh buffer from the given outline block.
 Image Draw(const CrossScene& scene, void* block) {
   Process process;
@@ -47,6 +44,5 @@ TEST(RenderThreads, EightThreadsWithTheirOwnProcessesDrawWhatOneThreadDraws) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(mismatches, std::vector<int>(8, 0));
 }
-
 }  // namespace
 }  // namespace lx::test

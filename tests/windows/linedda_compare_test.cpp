@@ -6,15 +6,12 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
-
 #include <climits>
 #include <utility>
 #include <vector>
-
 #include "platform/portable_linedda.h"
 
 namespace {
-
 using Points = std::vector<std::pair<int, int>>;
 
 void CALLBACK CollectReal(int x, int y, LPARAM data) {
@@ -45,5 +42,4 @@ TEST(LineDDAAgainstGdi, EveryOctantAndLengthFromSeveralStartsUpToTheInt32Limits)
     }
   }
 }
-
 }  // namespace

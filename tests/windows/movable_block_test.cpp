@@ -2,17 +2,13 @@
 // movable handle exactly as the same bytes given as a fixed one, leaves the handle's lock count as it
 // found it, and refuses a movable block of no bytes or freed without touching the buffer.
 #include <gtest/gtest.h>
-
 #include <windows.h>
-
 #include <cstring>
 #include <vector>
-
 #include "lettrix/lettrix.h"
 #include "tests/support/scene.h"
 
 namespace {
-
 constexpr int32_t kWidth = 160, kHeight = 64;
 constexpr uint32_t kGround = 0x11223344u;
 
@@ -58,5 +54,4 @@ TEST(MovableBlock, DrawsLikeAFixedBlockKeepsTheLockCountAndRefusesEmptyOrFreedBl
   for (HGLOBAL h : {empty, blocks[2]}) EXPECT_EQ(Draw(h, false), untouched);
   for (HGLOBAL h : {empty, blocks[0], blocks[1]}) GlobalFree(h);
 }
-
 }  // namespace

@@ -1,26 +1,22 @@
-// TGA files whose header claims far more pixels than the file holds. They once cost seconds and
-// hundreds of megabytes before the loader gave its answer; the answer must stay what it was, at the
-// cost of the bytes the file really holds.
+// TGA files whose header claims far more pixels than the file holds once cost seconds and hundreds of
+// megabytes; the answer must stay what it was, at the cost of the bytes the file really holds.
 #include <gtest/gtest.h>
 #include <unistd.h>
 #include <cstdio>
+#include <fstream>
 #include "tests/image/tga_test_files.h"
 
 namespace lx::test {
 namespace {
 // The memory this process has resident now.
 uint64_t ResidentBytes() {
-  unsigned long long pages[2] = {0, 0};
-  if (std::FILE* f = std::fopen("/proc/self/statm", "r")) {
-    if (std::fscanf(f, "%llu %llu", &pages[0], &pages[1]) != 2) pages[1] = 0;
-    std::fclose(f);
-  }
-  return pages[1] * static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+  uint64_t size = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> size >> resident;
+  return resident * static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
-// Runs in a death-test child, which ends with 0 when the record is as expected and the load added less
-// than 64 MiB of resident memory: the block is as large as the header claims, but only the pages the
-// file filled may stay touched. A loaded block holds the file's one pixel byte, then zeros.
+// In a death-test child: exits 0 when the record is as expected (a loaded block as large as the header
+// claims, the file's one byte, then zeros) and the load added under 64 MiB of resident memory.
 void LoadAndCheckInChild(const Bytes& bytes, bool expectLoaded, uint64_t expectBlockBytes) {
   const std::string path = WriteTempFile("slow_crasher.tga", bytes);
   const uint64_t before = ResidentBytes();

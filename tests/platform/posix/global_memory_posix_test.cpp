@@ -1,13 +1,11 @@
 // Where the stand-in for kernel32's global memory decides for itself: what Windows leaves open (blocks
 // of no bytes) or does less carefully (locking memory that is no block), and the exported copies.
 #include <gtest/gtest.h>
-
 #include "lettrix/lettrix.h"
 #include "platform/platform.h"
 
 namespace lx::platform {
 namespace {
-
 TEST(GlobalMemoryStandIn, RefusesNoBytesOrPastTwoGigabytesHandleIsTheAddressFixedBlocksCountNoLocks) {
   EXPECT_TRUE(GlobalAlloc(kGmemFixed, 0) == nullptr && GlobalAlloc(kGmemMoveableZeroInit, 0) == nullptr &&
               GlobalAlloc(kGmemMoveableZeroInit, size_t{0x80000000u}) == nullptr &&
@@ -22,6 +20,5 @@ TEST(GlobalMemoryStandIn, RefusesNoBytesOrPastTwoGigabytesHandleIsTheAddressFixe
   uint8_t bytes[32] = {};
   EXPECT_TRUE(GlobalLock(bytes) == nullptr && GlobalUnlock(bytes) == 0);
 }
-
 }  // namespace
 }  // namespace lx::platform

@@ -1,18 +1,15 @@
 // Every way of learning a range's rights must agree with the pages' real rights: the kernel's answer about
 // single mappings, and the fallbacks (the whole mapping list, copying through a pipe).
 #include <gtest/gtest.h>
-
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
 #include "platform/platform.h"
 #include "platform/posix/posix_memory_probe.h"
 #include "tests/support/guard_pages.h"
 
 namespace lx::platform::posix {
 namespace {
-
 using A = test::GuardedPages::Access;
 using Probe = Verdict (*)(uintptr_t, uintptr_t, Access);
 
@@ -86,6 +83,5 @@ TEST(MemoryProbeChanges, UnmappedOrProtectedSinceTheLastCheckIsBad) {
   EXPECT_TRUE(platform::IsBadReadPtr(pages.page(0), 2 * ps) &&
               platform::IsBadReadPtr(pages.page(1) + 100, 1));
 }
-
 }  // namespace
 }  // namespace lx::platform::posix
