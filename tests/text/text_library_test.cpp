@@ -109,7 +109,9 @@ TEST(TextShaping, FeaturesScriptsAndDirectionsGiveTheGlyphsInVisualOrder) {
     Laid with(text, font, 64), without(text, font, 64, [&](auto&l) { l.features = off; });
     EXPECT_EQ(std::make_pair(with.r.glyph_count, without.r.glyph_count),
               std::make_pair(size_t{on}, size_t{offGlyphs}));
-    if (on == offGlyphs) EXPECT_LT(with.r.width, without.r.width - 1.0) << text;  // kerned
+    if (on == offGlyphs) {
+      EXPECT_LT(with.r.width, without.r.width - 1.0) << text;  // kerned
+    }
   }
   EXPECT_NE(Laid("fi", kSerifOtf, 64).glyph(0).glyph, GlyphOf(kSerifOtf, "f"));
   // Arabic runs right to left and joins: no letter keeps its isolated form unless non-joiners keep it apart.
