@@ -68,20 +68,19 @@ struct LayerBlender : agg::conv_rgba_pre<agg::rgba8, agg::order_bgra> {
 using LayerColour = agg::rgba8;
 
 // Lays one colour over len pixels (blue, green, red, alpha bytes) with the coverages given, by the rule
-// of LayerBlender. Runs of full coverage in an opaque colour, most of a large shape, are stored whole.
+// of LayerBlender. Full coverage in an opaque colour, most of a large shape, stores the pixel whole.
 inline void BlendSolidSpan(agg::int8u* p, int len, const LayerColour& c, const agg::int8u* covers) {
   const agg::int8u bytes[4] = {c.b, c.g, c.r, c.a};
-  for (int i = 0; i < len; ++i) {
-    if (c.a == 255 && covers[i] == agg::cover_full) {
-      int end = i + 1;
-      while (end < len && covers[end] == agg::cover_full) ++end;
-      for (; i < end; ++i) std::memcpy(p + 4 * i, bytes, 4);
-      --i;
+  const bool opaque = c.a == 255;
+  for (int i = 0; i < len; ++i, p += 4) {
+    if (opaque && covers[i] == agg::cover_full) {
+      std::memcpy(p, bytes, 4);
     } else {
-      LayerBlender::blend_pix(p + 4 * i, c.r, c.g, c.b, c.a, covers[i]);
+      LayerBlender::blend_pix(p, c.r, c.g, c.b, c.a, covers[i]);
     }
   }
 }
+
 using LayerPixfmt = agg::pixfmt_alpha_blend_rgba<LayerBlender, agg::rendering_buffer>;
 using LayerScanline = agg::scanline_u8;
 // Clipping in double precision, so that far-off or huge coordinates are cut to the image before they
