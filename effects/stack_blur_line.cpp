@@ -111,6 +111,34 @@ struct WideSums {
 };
 #endif
 
+// The first index in [from, to) whose pixel is not v; `to` if there is none.
+inline ptrdiff_t FirstOther(const uint32_t* src, ptrdiff_t from, ptrdiff_t to, uint32_t v) {
+#if defined(__SSE2__)
+  const __m128i want = _mm_set1_epi32(static_cast<int>(v));
+  for (; from + 4 <= to; from += 4) {
+    const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + from));
+    const int other = ~_mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi32(four, want))) & 0xF;
+    if (other != 0) return from + __builtin_ctz(static_cast<unsigned>(other));
+  }
+#endif
+  while (from < to && src[from] == v) ++from;
+  return from;
+}
+
+// The last index in (downTo, from] whose pixel is not v; downTo if there is none.
+inline ptrdiff_t LastOther(const uint32_t* src, ptrdiff_t from, ptrdiff_t downTo, uint32_t v) {
+#if defined(__SSE2__)
+  const __m128i want = _mm_set1_epi32(static_cast<int>(v));
+  for (; from - 4 >= downTo; from -= 4) {
+    const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + from - 3));
+    const int other = ~_mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi32(four, want))) & 0xF;
+    if (other != 0) return from - 3 + (31 - __builtin_clz(static_cast<unsigned>(other)));
+  }
+#endif
+  while (from > downTo && src[from] == v) --from;
+  return from;
+}
+
 // StackBlurLine with the sums of one path. AGG's stack blur of src[0..n) with radius r (1..254), edge pixels
 // repeated: each output is the sum of the window weighted 1, 2, ..., r + 1, ..., 2, 1, times the table
 // multiplier, shifted by the table shift. Results go to dst[0], dst[step], ...; bytes outside writeMask keep
@@ -122,11 +150,9 @@ template <class Sums, bool kWholePixel>
 void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, ptrdiff_t step,
                   uint32_t writeMask) {
   using Value = typename Sums::Value;
-  ptrdiff_t first = 0;
-  while (first < n && src[first] == 0) ++first;
+  const ptrdiff_t first = FirstOther(src, 0, n, 0);
   if (first == n) return;
-  ptrdiff_t lastSet = n - 1;
-  while (src[lastSet] == 0) --lastSet;
+  const ptrdiff_t lastSet = LastOther(src, n - 1, first, 0);
 
   const ptrdiff_t last = n - 1;
   const ptrdiff_t radius = r;
@@ -159,8 +185,7 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
   // back than the window reaches). Once the run fills the whole window, the sums stay as they are for as
   // long as the run goes on, and so does the output: flat areas are written without the arithmetic.
   ptrdiff_t lead = std::min(x + radius, last);
-  ptrdiff_t runStart = lead;
-  while (runStart > std::max<ptrdiff_t>(x - radius, 0) && src[runStart - 1] == src[lead]) --runStart;
+  ptrdiff_t runStart = LastOther(src, lead - 1, std::max<ptrdiff_t>(x - radius, 0) - 1, src[lead]) + 1;
   dst += x * step;
   for (;; ++x) {
     *dst = kWholePixel ? sums.output() : (sums.output() & writeMask) | (src[x] & ~writeMask);
@@ -175,8 +200,7 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
     if (runStart <= std::max<ptrdiff_t>(x + 1 - radius, 0)) {
       // The window of x + 1 is flat, and so is every later one that ends inside the run.
       const uint32_t v = src[lead];
-      ptrdiff_t runEnd = lead;
-      while (runEnd < last && src[runEnd + 1] == v) ++runEnd;
+      const ptrdiff_t runEnd = FirstOther(src, lead + 1, last + 1, v) - 1;
       const ptrdiff_t stop = runEnd == last ? end : std::min(runEnd - radius, end);
       const uint32_t flat = kWholePixel ? sums.output() : (sums.output() & writeMask) | (v & ~writeMask);
       for (ptrdiff_t p = x + 1; p < stop; ++p) {
