@@ -17,14 +17,15 @@ constexpr uint32_t kKeyedSpan = 1u << (32 - kIndexBits);
 // From this many cells on, counting the x digits a byte at a time beats comparing.
 constexpr unsigned kCountedFrom = 64;
 
-// One stable counting pass over the byte of the keys at `shift`.
-void CountingPass(const uint32_t* in, uint32_t* out, unsigned num, unsigned shift) {
-  unsigned start[256] = {};
+// One stable counting pass over the byte of the keys at `shift`, whose values lie below `values`.
+void CountingPass(const uint32_t* in, uint32_t* out, unsigned num, unsigned shift, unsigned values) {
+  unsigned start[256];
+  std::fill(start, start + values, 0u);
   for (unsigned i = 0; i < num; ++i) ++start[(in[i] >> shift) & 0xFFu];
   unsigned at = 0;
-  for (unsigned& s : start) {
-    const unsigned count = s;
-    s = at;
+  for (unsigned v = 0; v < values; ++v) {
+    const unsigned count = start[v];
+    start[v] = at;
     at += count;
   }
   for (unsigned i = 0; i < num; ++i) out[start[(in[i] >> shift) & 0xFFu]++] = in[i];
@@ -57,7 +58,8 @@ void qsort_cells<cell_aa>(cell_aa** start, unsigned num) {
   } else {
     uint32_t* other = spare;
     for (unsigned shift = kIndexBits; shift < 32 && (span >> (shift - kIndexBits)) != 0; shift += 8) {
-      CountingPass(sorted, other, num, shift);
+      const uint32_t rest = span >> (shift - kIndexBits);
+      CountingPass(sorted, other, num, shift, rest < 0xFFu ? rest + 1 : 256u);
       std::swap(sorted, other);
     }
   }
