@@ -303,9 +303,10 @@ void StackBlurLine(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, 
                    uint32_t writeMask, KernelPath path) {
 #if defined(__SSE2__)
   if (path == KernelPath::kWide) {
-    if (r == 1) {
+    // Written one by one down a column, the short kernel loses what skipping flat runs saves.
+    if (r == 1 && step == 1) {
       BlurShortLine<1>(src, n, dst, step, writeMask);
-    } else if (r == 2) {
+    } else if (r == 2 && step == 1) {
       BlurShortLine<2>(src, n, dst, step, writeMask);
     } else {
       BlurLineWith<WideSums>(src, n, r, dst, step, writeMask);
