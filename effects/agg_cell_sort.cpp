@@ -14,6 +14,8 @@ namespace {
 constexpr unsigned kIndexBits = 10;
 constexpr unsigned kKeyed = 1u << kIndexBits;
 constexpr uint32_t kKeyedSpan = 1u << (32 - kIndexBits);
+// Up to this many cells, moving the pointers themselves costs less than making keys.
+constexpr unsigned kInsertedUpTo = 8;
 // From this many cells on, counting the x digits a byte at a time beats comparing.
 constexpr unsigned kCountedFrom = 64;
 
@@ -36,6 +38,15 @@ void CountingPass(const uint32_t* in, uint32_t* out, unsigned num, unsigned shif
 template <>
 void qsort_cells<cell_aa>(cell_aa** start, unsigned num) {
   if (num < 2) return;
+  if (num <= kInsertedUpTo) {
+    for (unsigned i = 1; i < num; ++i) {
+      cell_aa* const cell = start[i];
+      unsigned j = i;
+      for (; j > 0 && cell->x < start[j - 1]->x; --j) start[j] = start[j - 1];
+      start[j] = cell;
+    }
+    return;
+  }
   int least = start[0]->x, most = least;
   for (unsigned i = 1; i < num; ++i) {
     least = std::min(least, start[i]->x);

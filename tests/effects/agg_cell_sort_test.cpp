@@ -15,9 +15,9 @@ TEST(CellSort, OrdersEveryScanlineByXKeepingItsCells) {
     unsigned num;
     int least, span;
   };
-  const Case cases[] = {
-      {2, 0, 1},         {63, -40, 300},  {64, 5, 0},    {64, -3, 255},     {300, 0, 256},
-      {1000, -7, 70000}, {1024, 0, 4000}, {1025, 0, 50}, {50, -9, 1 << 22}, {200, -2000000000, 2000000000}};
+  const Case cases[] = {{2, 0, 1},       {8, -5, 3},    {9, 0, 40},        {63, -40, 300},
+                        {64, 5, 0},      {64, -3, 255}, {300, 0, 256},     {1000, -7, 70000},
+                        {1024, 0, 4000}, {1025, 0, 50}, {50, -9, 1 << 22}, {200, -2000000000, 2000000000}};
   std::mt19937 random(11);
   for (const Case& c : cases) {
     std::uniform_int_distribution<int> x(c.least, c.least + c.span);
