@@ -19,6 +19,8 @@
 #include <agg_scanline_u.h>
 #include <agg_span_allocator.h>
 
+#include "effects/agg_cell_sort.h"
+
 namespace lx {
 
 // How a span colour (r, g, b, a) with coverage k lands on a layer pixel. The span colour is added

@@ -91,45 +91,20 @@ void CompositeRowWide(const uint32_t* from, uint32_t* to, int32_t width, Mix& mi
 }
 #endif
 
-// Walks the overlap from its last row up, each row left to right.
-template <bool kOverLaw, typename Mix>
-void Composite(const PlacedView& source, const PlacedView& target, KernelPath path, Mix mix) {
-  Overlap o;
-  if (!ClipPlacement(source, target, &o)) return;
-  for (int32_t y = o.height - 1; y >= 0; --y) {
-    const uint32_t* from = source.view.row(o.sourceY + y) + o.sourceX;
-    uint32_t* to = target.view.row(o.targetY + y) + o.targetX;
-#if defined(__SSE2__)
-    if (path == KernelPath::kWide) {
-      CompositeRowWide<kOverLaw>(from, to, o.width, mix);
-      continue;
-    }
-#else
-    (void)path;
-#endif
-    for (int32_t x = 0; x < o.width; ++x) CompositePixel(from, to, x, mix);
-  }
-}
-
-}  // namespace
-
-void BlendOver(const PlacedView& source, const PlacedView& target, KernelPath path) {
-  Composite<true>(source, target, path, [](uint32_t s, uint32_t d) {
+// BlendOver's law for one pixel that needs arithmetic.
+struct OverMix {
+  uint32_t operator()(uint32_t s, uint32_t d) const {
     const uint32_t sa = s >> 24;
     const uint32_t da = d >> 24;
     // With 0 < sa < 255 and da > 0, A lies in [256, 65534]: never 0, and A >> 8 never above 255.
     const uint32_t a = (256u - sa) * da + sa * 256u;
     return ((a >> 8) << 24) | MixColour(s, d, sa, da, a);
-  });
-}
+  }
+};
 
-void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA,
-                      uint32_t colourB) {
-  const uint32_t alphaA = colourA >> 24;
-  const uint32_t alphaB = colourB >> 24;
-  const uint32_t hi = std::max(alphaA, alphaB);
-  const uint32_t lo = std::min(alphaA, alphaB);
-  Composite<false>(source, target, KernelPath::kWide, [hi, lo](uint32_t s, uint32_t d) {
+// BlendOverClamped's law, the result alpha held between `lo` and `hi`.
+struct ClampedMix {
+  uint32_t operator()(uint32_t s, uint32_t d) const {
     const uint32_t sa = s >> 24;
     const uint32_t da = d >> 24;
     // The alphas add with one extra unit; with both alphas above 0, A is at least 512.
@@ -138,7 +113,86 @@ void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32
     if (alpha < lo) alpha = lo;
     if (alpha > hi) alpha = hi;
     return (alpha << 24) | MixColour(s, d, sa, da, a);
-  });
+  }
+  uint32_t hi, lo;
+};
+
+ClampedMix ClampedBetween(uint32_t colourA, uint32_t colourB) {
+  const uint32_t alphaA = colourA >> 24;
+  const uint32_t alphaB = colourB >> 24;
+  return {std::max(alphaA, alphaB), std::min(alphaA, alphaB)};
+}
+
+template <bool kOverLaw, typename Mix>
+void CompositeRow(const uint32_t* from, uint32_t* to, int32_t width, KernelPath path, Mix& mix) {
+#if defined(__SSE2__)
+  if (path == KernelPath::kWide) {
+    CompositeRowWide<kOverLaw>(from, to, width, mix);
+    return;
+  }
+#else
+  (void)path;
+#endif
+  for (int32_t x = 0; x < width; ++x) CompositePixel(from, to, x, mix);
+}
+
+// Walks the overlap from its last row up, each row left to right.
+template <bool kOverLaw, typename Mix>
+void Composite(const PlacedView& source, const PlacedView& target, KernelPath path, Mix mix) {
+  Overlap o;
+  if (!ClipPlacement(source, target, &o)) return;
+  for (int32_t y = o.height - 1; y >= 0; --y) {
+    const uint32_t* from = source.view.row(o.sourceY + y) + o.sourceX;
+    uint32_t* to = target.view.row(o.targetY + y) + o.targetX;
+    CompositeRow<kOverLaw>(from, to, o.width, path, mix);
+  }
+}
+
+// Composite of `source` onto `middle`, then BlendOver of `middle` onto `target`, one row of both steps
+// at a time, so that the row of `middle` is still in the cache when it is read again. Only the part of
+// `middle` that meets `target` takes the first step, which is all the second one reads. A source that
+// does not lie exactly on `middle` takes the two steps one after the other.
+template <bool kOverLaw, typename Mix>
+void CompositeThrough(const PlacedView& source, const PlacedView& middle, const PlacedView& target, Mix mix) {
+  const IntRect& s = source.rect;
+  const IntRect& m = middle.rect;
+  const bool aligned = s.left == m.left && s.top == m.top && s.right == m.right && s.bottom == m.bottom &&
+                       source.view.width == middle.view.width && source.view.height == middle.view.height;
+  if (!aligned) {
+    Composite<kOverLaw>(source, middle, KernelPath::kWide, mix);
+    Composite<true>(middle, target, KernelPath::kWide, OverMix{});
+    return;
+  }
+  Overlap o;
+  if (!ClipPlacement(middle, target, &o)) return;
+  OverMix over;
+  for (int32_t y = o.height - 1; y >= 0; --y) {
+    const uint32_t* from = source.view.row(o.sourceY + y) + o.sourceX;
+    uint32_t* through = middle.view.row(o.sourceY + y) + o.sourceX;
+    uint32_t* to = target.view.row(o.targetY + y) + o.targetX;
+    CompositeRow<kOverLaw>(from, through, o.width, KernelPath::kWide, mix);
+    CompositeRow<true>(through, to, o.width, KernelPath::kWide, over);
+  }
+}
+
+}  // namespace
+
+void BlendOver(const PlacedView& source, const PlacedView& target, KernelPath path) {
+  Composite<true>(source, target, path, OverMix{});
+}
+
+void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA,
+                      uint32_t colourB) {
+  Composite<false>(source, target, KernelPath::kWide, ClampedBetween(colourA, colourB));
+}
+
+void BlendOverThrough(const PlacedView& source, const PlacedView& middle, const PlacedView& target) {
+  CompositeThrough<true>(source, middle, target, OverMix{});
+}
+
+void BlendOverClampedThrough(const PlacedView& source, const PlacedView& middle, const PlacedView& target,
+                             uint32_t colourA, uint32_t colourB) {
+  CompositeThrough<false>(source, middle, target, ClampedBetween(colourA, colourB));
 }
 
 }  // namespace lx

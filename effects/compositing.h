@@ -16,4 +16,13 @@ void BlendOver(const PlacedView& source, const PlacedView& target, KernelPath pa
 // (bits 24-31) of the two colours.
 void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA, uint32_t colourB);
 
+// BlendOver of `source` onto `middle`, then of `middle` onto `target`: the target gets the pixels of the
+// two calls one after the other, in one walk over the rows. `middle` holds the first step's result only
+// where it meets `target`.
+void BlendOverThrough(const PlacedView& source, const PlacedView& middle, const PlacedView& target);
+
+// The same with BlendOverClamped's law, between the alpha bytes of the two colours, for the first step.
+void BlendOverClampedThrough(const PlacedView& source, const PlacedView& middle, const PlacedView& target,
+                             uint32_t colourA, uint32_t colourB);
+
 }  // namespace lx

@@ -79,9 +79,4 @@ void CopyPixels(uint32_t* destination, const uint32_t* source, size_t count) {
   std::memcpy(destination, source, count * sizeof(uint32_t));
 }
 
-void ClearPixels(uint32_t* destination, size_t count) {
-  if (destination == nullptr || count == 0) return;
-  std::memset(destination, 0, count * sizeof(uint32_t));
-}
-
 }  // namespace lx

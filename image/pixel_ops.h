@@ -24,10 +24,9 @@ enum class CopyMode { kCopy, kAlphaMask, kBlend };
 // Copies the overlap of a placed source into destination (placed at its rect); false when nothing overlaps.
 bool CopyRectangle(const PlacedView& source, const PlacedView& destination, CopyMode mode);
 
-// Whole-image copy and clear of `count` pixels (the blocks must not overlap); the widest moves the
-// processor has. Null pointers or a zero count do nothing.
+// Whole-image copy of `count` pixels (the blocks must not overlap); the widest moves the processor has.
+// Null pointers or a zero count do nothing.
 void CopyPixels(uint32_t* destination, const uint32_t* source, size_t count);
-void ClearPixels(uint32_t* destination, size_t count);
 
 // Writes an uncompressed 32-bit top-left-origin TGA of the pixels as they are in memory.
 bool WriteTGA(const void* pixels, int32_t width, int32_t height, const char* fileName);

@@ -15,7 +15,6 @@
 #include "effects/layer_drawing.h"
 #include "effects/shadow_extrusion.h"
 #include "image/pixel_buffer.h"
-#include "image/pixel_ops.h"
 #include "render/outline_decoder.h"
 #include "render/pass_plan.h"
 #include "render/render_process.h"
@@ -203,18 +202,19 @@ std::unique_ptr<RenderProcess> MainPassProcess(const RenderProcess& caller, cons
   return temp;
 }
 
-// Lays the Face (in `face`) back over the Outline (in `outline`). Two flat layers: the alpha where they
-// meet stays between theirs, so an opaque Face on an opaque Outline leaves no seam. (An Outline that
-// paints nothing never gets here: the Face alone is the result.)
-void LayFaceOverOutline(const RenderProcess& settings, const PixelBuffer& face, const PixelBuffer& outline) {
+// Lays the Face (in `face`) back over the Outline (in `outline`), and the result onto the output. Two
+// flat layers: the alpha where they meet stays between theirs, so an opaque Face on an opaque Outline
+// leaves no seam. (An Outline that paints nothing never gets here: the Face alone is the result.)
+void LayFaceOverOutline(const RenderProcess& settings, const PixelBuffer& face, const PixelBuffer& outline,
+                        const PixelBuffer& output) {
   uint32_t faceColour = settings.face.startColour, outlineColour = settings.outline.startColour;
   const bool faceUniform = UniformLayerColour(settings.face, &faceColour, 0) == 1;
   const bool outlineUniform = UniformLayerColour(settings.outline, &outlineColour, 0) == 1;
   const bool blurred = settings.face.blurLevel > 0 || settings.outline.blurLevel > 0;
   if (faceUniform && outlineUniform && !blurred) {
-    BlendOverClamped(face.placed(), outline.placed(), faceColour, outlineColour);
+    BlendOverClampedThrough(face.placed(), outline.placed(), output.placed(), faceColour, outlineColour);
   } else {
-    BlendOver(face.placed(), outline.placed());
+    BlendOverThrough(face.placed(), outline.placed(), output.placed());
   }
 }
 
@@ -240,32 +240,25 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
     return;
   }
 
-  // The Face is set aside while the Outline is drawn where it was.
-  PixelBuffer& face = caller.scratch[1];
-  if (!face.reuse(work.width(), work.height())) return;
-  face.placeAt(work.rect().left, work.rect().top);
-  const size_t count = static_cast<size_t>(work.width()) * static_cast<size_t>(work.height());
-  CopyPixels(reinterpret_cast<uint32_t*>(face.pixels()), reinterpret_cast<const uint32_t*>(work.pixels()),
-             count);
-  ClearPixels(reinterpret_cast<uint32_t*>(work.pixels()), count);
-
-  Draw(*temp, work.view(), kDrawOutline, areas);
+  // The Outline is drawn on an image of its own, lying where the Face's does.
+  PixelBuffer& outline = caller.scratch[1];
+  if (!outline.reuse(work.width(), work.height())) return;
+  outline.placeAt(work.rect().left, work.rect().top);
+  Draw(*temp, outline.view(), kDrawOutline, areas);
   if (s.border && caller.bevel) {
     // Only what the Outline's blur can still carry onto the buffer must come out of the border right.
     const int64_t grow = BlurReach(caller.outline.blurLevel) + kReachSlack;
-    const IntRect& at = work.rect();
+    const IntRect& at = outline.rect();
     const IntRect keep{
         static_cast<int32_t>(std::max<int64_t>(-grow - at.left, 0)),
         static_cast<int32_t>(std::max<int64_t>(-grow - at.top, 0)),
-        static_cast<int32_t>(std::min<int64_t>(output.width() + grow - at.left, work.width())),
-        static_cast<int32_t>(std::min<int64_t>(output.height() + grow - at.top, work.height()))};
-    caller.bevel->applyBorder(work.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
+        static_cast<int32_t>(std::min<int64_t>(output.width() + grow - at.left, outline.width())),
+        static_cast<int32_t>(std::min<int64_t>(output.height() + grow - at.top, outline.height()))};
+    caller.bevel->applyBorder(outline.view(), temp->border3DWidth, temp->border3DDepth, temp->border3DAngle,
                               kBorderBlurRadius, caller.blur.get(), keep);
   }
-  Blur(caller, work, caller.outline.blurLevel);
-
-  LayFaceOverOutline(*temp, face, work);
-  BlendOver(work.placed(), output.placed());
+  Blur(caller, outline, caller.outline.blurLevel);
+  LayFaceOverOutline(*temp, work, outline, output);
 }
 
 }  // namespace

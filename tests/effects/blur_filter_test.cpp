@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 #include "effects/stack_blur_line.h"
 #include "effects_test_image.h"
 
@@ -49,16 +50,20 @@ uint32_t WindowSum(const std::vector<uint32_t>& src, ptrdiff_t n, unsigned r, pt
   return out;
 }
 
-// The wide path must give the scalar path's pixels at every radius class, write mask and output stride;
+// The wide path must give the scalar path's pixels at every radius class, write mask and output step;
 // nothing past the line's n pixels is read or written.
 TEST(StackBlurLine, WideAndScalarPathsAgreeAndStayWithinTheLine) {
   std::mt19937 rng(1);
   for (size_t n : {1, 2, 3, 17, 256, 1000}) {
     for (unsigned r : {1, 2, 3, 8, 31, 50, 127, 254}) {
       for (int kind = 0; kind < 3; ++kind) {
-        for (uint32_t mask : {0xFFFFFFFFu, 0x00FFFFFFu, 0xFF000000u, 0x00FF00FFu}) {
+        for (const auto& [mask, step] : {std::pair<uint32_t, ptrdiff_t>{0xFFFFFFFFu, 1},
+                                         {0xFFFFFFFFu, 3},
+                                         {0x00FFFFFFu, 3},
+                                         {0xFF000000u, 1},
+                                         {0x00FF00FFu, 3}}) {
           SCOPED_TRACE(testing::Message() << "length " << n << ", radius " << r << ", kind " << kind
-                                          << ", mask " << std::hex << mask);
+                                          << ", step " << step << ", mask " << std::hex << mask);
           // Random, mostly empty, or long runs; then two pixels past the end, once empty and once full.
           std::vector<uint32_t> src(n + 2, 0), out[4];
           for (size_t i = 0; i < n; ++i) {
@@ -67,16 +72,17 @@ TEST(StackBlurLine, WideAndScalarPathsAgreeAndStayWithinTheLine) {
           }
           for (int k = 0; k < 4; ++k) {
             src[n] = src[n + 1] = k & 2 ? 0xFFFFFFFFu : 0;
-            out[k].assign((n + 2) * 3, 0x5A5A5A5Au);
+            out[k].assign((n + 2) * static_cast<size_t>(step), 0x5A5A5A5Au);
             const KernelPath path = (k & 1) && HasWideKernels() ? KernelPath::kWide : KernelPath::kScalar;
-            StackBlurLine(src.data(), static_cast<ptrdiff_t>(n), r, out[k].data(), 3, mask, path);
+            StackBlurLine(src.data(), static_cast<ptrdiff_t>(n), r, out[k].data(), step, mask, path);
           }
           for (int k = 1; k < 4; ++k) ASSERT_EQ(out[k], out[0]) << (k & 1 ? "wide" : "scalar");
-          ASSERT_EQ(out[0][n * 3], 0x5A5A5A5Au);
+          ASSERT_EQ(out[0][n * static_cast<size_t>(step)], 0x5A5A5A5Au);
           // Both against the window written out; outputs in the empty stretches at the ends may stay.
           for (size_t x = 0; x < n; ++x) {
             const uint32_t want = (WindowSum(src, ptrdiff_t(n), r, ptrdiff_t(x)) & mask) | (src[x] & ~mask);
-            ASSERT_TRUE(out[0][3 * x] == want || (want == 0 && out[0][3 * x] == 0x5A5A5A5Au)) << x;
+            const uint32_t got = out[0][static_cast<size_t>(step) * x];
+            ASSERT_TRUE(got == want || (want == 0 && got == 0x5A5A5A5Au)) << x;
           }
         }
       }

@@ -90,6 +90,39 @@ TEST(Compositing, PlacementClipsToBothImages) {
   }
 }
 
+// One walk through a middle layer gives the target what the two calls in a row give it, with the middle
+// inside the target, over any of its sides or beside it, and with a source that lies elsewhere.
+TEST(Compositing, ThroughAMiddleLayerEqualsTwoBlends) {
+  const IntRect middlePlace{3, 2, 43, 32};
+  const struct {
+    IntRect source, target;
+  } cases[] = {{middlePlace, {0, 0, 45, 35}},     {middlePlace, {10, 12, 55, 47}},
+               {middlePlace, {-20, -20, 25, 15}}, {middlePlace, {43, 0, 88, 35}},
+               {{4, 2, 44, 32}, {0, 0, 45, 35}},  {{-7, -4, 33, 26}, {10, 12, 55, 47}}};
+  for (bool clamped : {false, true}) {
+    for (const auto& c : cases) {
+      TestImage source = RandomImage(40, 30, 3, 0.5), middle = RandomImage(40, 30, 4, 0.4);
+      TestImage target = RandomImage(45, 35, 5, 0.3), expected = target, scratch = middle;
+      // Runs of clear and opaque pixels, as layers have them, besides the random ones.
+      for (int32_t y = 0; y < 30; y += 2)
+        std::fill(&source.at(0, y), &source.at(20, y), y % 4 ? 0xFF336699u : 0u);
+      const PlacedView from{source.view(), c.source}, onto{target.view(), c.target};
+      const PlacedView through{middle.view(), middlePlace}, twoSteps{scratch.view(), middlePlace};
+      const uint32_t a = 0x60000000u, b = 0xE0000000u;
+      if (clamped) {
+        BlendOverClamped(from, twoSteps, a, b);
+        BlendOverClampedThrough(from, through, onto, a, b);
+      } else {
+        BlendOver(from, twoSteps);
+        BlendOverThrough(from, through, onto);
+      }
+      BlendOver(twoSteps, {expected.view(), c.target});
+      EXPECT_EQ(target.pixels, expected.pixels)
+          << c.source.left << ", " << c.target.left << (clamped ? " clamped" : "");
+    }
+  }
+}
+
 // The extrusion taken literally: every point of the full LineDDA walk shifts the layer's rectangle and
 // lays the untouched copy over it (BlendOver clips whatever does not overlap).
 TestImage Reference(const TestImage& image, int32_t dx, int32_t dy) {
