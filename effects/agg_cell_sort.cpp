@@ -68,8 +68,9 @@ void qsort_cells<cell_aa>(cell_aa** start, unsigned num) {
     std::sort(keys, keys + num);
   } else {
     uint32_t* other = spare;
-    for (unsigned shift = kIndexBits; shift < 32 && (span >> (shift - kIndexBits)) != 0; shift += 8) {
-      const uint32_t rest = span >> (shift - kIndexBits);
+    for (unsigned shift = kIndexBits; shift < 32; shift += 8) {
+      const uint32_t rest = span >> (shift - kIndexBits);  // the largest digit value from here up
+      if (rest == 0) break;
       CountingPass(sorted, other, num, shift, rest < 0xFFu ? rest + 1 : 256u);
       std::swap(sorted, other);
     }

@@ -217,9 +217,9 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
 // Radii 1 and 2 on the wide path, where the running sums cost more than the window itself: each output is
 // summed straight from its window, four pixels at a time in 16-bit lanes (a window's sum stays below
 // 255 * 9). The table multiplier moved up to a shift of 16 gives the same quotient as the high half of
-// the product. Outputs are written over the same stretch as BlurLineWith writes them.
+// the product. Outputs go to dst[0 .. n), over the same stretch as BlurLineWith writes them.
 template <int kRadius, bool kWholePixel>
-void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, ptrdiff_t step, uint32_t writeMask) {
+void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, uint32_t writeMask) {
   const ptrdiff_t first = FirstOther(src, 0, n, 0);
   if (first == n) return;
   const ptrdiff_t lastSet = LastOther(src, n - 1, first, 0);
@@ -237,7 +237,7 @@ void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, ptrdiff_t st
       }
       out |= ((sum * mul) >> shr) << shift;
     }
-    dst[x * step] = kWholePixel ? out : (out & writeMask) | (src[x] & ~writeMask);
+    dst[x] = kWholePixel ? out : (out & writeMask) | (src[x] & ~writeMask);
   };
   const __m128i zero = _mm_setzero_si128();
   const __m128i scale = _mm_set1_epi16(static_cast<short>(mul << (16 - shr)));
@@ -258,23 +258,17 @@ void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, ptrdiff_t st
       const __m128i own = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + x));
       out = _mm_or_si128(_mm_and_si128(out, put), _mm_andnot_si128(put, own));
     }
-    if (step == 1) {
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), out);
-    } else {
-      for (ptrdiff_t i = 0; i < 4; ++i, out = _mm_srli_si128(out, 4)) {
-        dst[(x + i) * step] = static_cast<uint32_t>(_mm_cvtsi128_si32(out));
-      }
-    }
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), out);
   }
   for (; x <= end; ++x) single(x);
 }
 
 template <int kRadius>
-void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, ptrdiff_t step, uint32_t writeMask) {
+void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, uint32_t writeMask) {
   if (writeMask == ~uint32_t{0}) {
-    BlurShortLine<kRadius, true>(src, n, dst, step, writeMask);
+    BlurShortLine<kRadius, true>(src, n, dst, writeMask);
   } else {
-    BlurShortLine<kRadius, false>(src, n, dst, step, writeMask);
+    BlurShortLine<kRadius, false>(src, n, dst, writeMask);
   }
 }
 #endif
@@ -303,11 +297,12 @@ void StackBlurLine(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, 
                    uint32_t writeMask, KernelPath path) {
 #if defined(__SSE2__)
   if (path == KernelPath::kWide) {
-    // Written one by one down a column, the short kernel loses what skipping flat runs saves.
+    // Along rows only: written one by one down a column, the short kernel loses what skipping flat runs
+    // saves.
     if (r == 1 && step == 1) {
-      BlurShortLine<1>(src, n, dst, step, writeMask);
+      BlurShortLine<1>(src, n, dst, writeMask);
     } else if (r == 2 && step == 1) {
-      BlurShortLine<2>(src, n, dst, step, writeMask);
+      BlurShortLine<2>(src, n, dst, writeMask);
     } else {
       BlurLineWith<WideSums>(src, n, r, dst, step, writeMask);
     }
