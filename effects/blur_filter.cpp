@@ -1,5 +1,6 @@
 #include "effects/blur_filter.h"
 
+#include "effects/short_column_blur.h"
 #include "effects/stack_blur_line.h"
 
 #include <algorithm>
@@ -172,6 +173,8 @@ void BlurFilter::horizontalPass(const PixelView& image, unsigned r, uint32_t wri
 }
 
 void BlurFilter::verticalPass(const PixelView& image, unsigned r, uint32_t writeMask) {
+  // A window of three or five rows costs less summed across whole rows than run down each column.
+  if (r <= 2 && ShortColumnBlur(image, r, writeMask, lines_, KernelPath::kWide)) return;
   const ptrdiff_t height = image.height;
   const ptrdiff_t rowStep = image.stride / 4;
   for (int32_t x0 = 0; x0 < image.width; x0 += kColumnBlock) {

@@ -1,0 +1,244 @@
+#include "effects/short_column_blur.h"
+
+#include <agg_renderer_base.h>  // agg_blur.h uses it without including it
+#include <agg_blur.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <new>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace lx {
+
+namespace {
+
+using StackBlurTables = agg::stack_blur_tables<int>;
+
+constexpr uint32_t kAlpha = 0xFF000000u;
+constexpr uint32_t kColour = 0x00FFFFFFu;
+// A block of bled columns this size stays in the second-level cache between the two walks over it.
+constexpr uint64_t kBlockPixels = uint64_t{1} << 16;
+constexpr int32_t kNarrowestBlock = 16;
+
+// One block of columns, x0 .. x0 + count - 1, on its way through the two walks: the bled pixels row by
+// row (count to a row); for each column the first and last row with a non-zero bled pixel, which then
+// become the first and last row the stack blur writes (first past last when it writes none); and for
+// each four columns the last row read with an opaque pixel among them.
+struct ColumnBlock {
+  const PixelView* image;
+  int32_t x0, count;
+  int32_t radius, reach;
+  uint32_t writeMask;
+  uint32_t* bled;
+  int32_t* first;
+  int32_t* last;
+  int32_t* groupOpaque;
+
+  uint32_t* imageRow(int32_t y) const { return image->row(y) + x0; }
+  uint32_t* bledRow(int32_t y) const {
+    return bled + static_cast<ptrdiff_t>(std::clamp(y, 0, image->height - 1)) * count;
+  }
+};
+
+// Column k of row y after the bleed: a transparent pixel takes the colour bytes of the last opaque one
+// from reach - 1 rows above to reach rows below it, if there is one.
+uint32_t BledPixel(const ColumnBlock& b, int32_t k, int32_t y) {
+  const uint32_t own = b.imageRow(y)[k];
+  if (own & kAlpha) return own;
+  uint32_t v = own;
+  const int32_t from = std::max(y - b.reach + 1, 0);
+  const int32_t to = std::min(y + b.reach, b.image->height - 1);
+  for (int32_t row = from; row <= to; ++row) {
+    const uint32_t p = b.imageRow(row)[k];
+    if (p & kAlpha) v = p & kColour;
+  }
+  return v;
+}
+
+void NoteBled(const ColumnBlock& b, int32_t k, int32_t y, uint32_t v) {
+  b.bledRow(y)[k] = v;
+  if (v == 0) return;
+  if (b.first[k] > b.last[k]) b.first[k] = y;
+  b.last[k] = y;
+}
+
+// The stack blur's output for column k of row y, with the bytes outside the write mask from the bled
+// pixel.
+uint32_t BlurredPixel(const ColumnBlock& b, int32_t k, int32_t y) {
+  const uint32_t mul = StackBlurTables::g_stack_blur8_mul[b.radius];
+  const unsigned shr = StackBlurTables::g_stack_blur8_shr[b.radius];
+  uint32_t out = 0;
+  for (unsigned shift = 0; shift < 32; shift += 8) {
+    uint32_t sum = 0;
+    for (int32_t d = -b.radius; d <= b.radius; ++d) {
+      const uint32_t weight = static_cast<uint32_t>(b.radius + 1 - (d < 0 ? -d : d));
+      sum += ((b.bledRow(y + d)[k] >> shift) & 0xFFu) * weight;
+    }
+    out |= ((sum * mul) >> shr) << shift;
+  }
+  return (out & b.writeMask) | (b.bledRow(y)[k] & ~b.writeMask);
+}
+
+#if defined(__SSE2__)
+inline __m128i Load(const void* p) {
+  return _mm_loadu_si128(static_cast<const __m128i*>(p));
+}
+inline void Store(void* p, __m128i v) {
+  _mm_storeu_si128(static_cast<__m128i*>(p), v);
+}
+inline __m128i Select(__m128i mask, __m128i yes, __m128i no) {
+  return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+}
+inline __m128i Transparent(__m128i four) {
+  return _mm_cmpeq_epi32(_mm_srli_epi32(four, 24), _mm_setzero_si128());
+}
+
+// BledPixel and NoteBled for columns k .. k + 3, the row `ahead` read first. rows holds the neighbouring
+// rows from the top down, then row y. Far from any opaque pixel there is nothing to look for.
+void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead, const uint32_t* const* rows,
+               int32_t neighbours) {
+  int32_t& opaque = b.groupOpaque[k / 4];
+  if (ahead < b.image->height && _mm_movemask_epi8(Transparent(Load(b.imageRow(ahead) + k))) != 0xFFFF) {
+    opaque = ahead;
+  }
+  const __m128i own = Load(rows[neighbours] + k);
+  const __m128i clear = Transparent(own);
+  __m128i out = own;
+  if (opaque > y - b.reach && _mm_movemask_epi8(clear) != 0) {
+    const __m128i colour = _mm_set1_epi32(static_cast<int>(kColour));
+    __m128i v = own;
+    for (int32_t i = 0; i < neighbours; ++i) {
+      const __m128i p = Load(rows[i] + k);
+      v = Select(Transparent(p), v, _mm_and_si128(p, colour));
+    }
+    out = Select(clear, v, own);
+  }
+  Store(b.bledRow(y) + k, out);
+
+  const __m128i set = _mm_cmpeq_epi32(_mm_cmpeq_epi32(out, _mm_setzero_si128()), _mm_setzero_si128());
+  if (_mm_movemask_epi8(set) == 0) return;
+  const __m128i here = _mm_set1_epi32(y);
+  const __m128i first = Load(b.first + k);
+  const __m128i last = Load(b.last + k);
+  Store(b.first + k, Select(_mm_and_si128(set, _mm_cmpgt_epi32(first, last)), here, first));
+  Store(b.last + k, Select(set, here, last));
+}
+
+// BlurredPixel for columns k .. k + 3, stored in the rows the stack blur writes. A window's byte sums
+// stay below 255 * 9, so they fit 16-bit lanes; the table multiplier moved up to a shift of 16 gives
+// the same quotient as the high half of the product.
+void BlurFour(const ColumnBlock& b, int32_t k, int32_t y, const uint32_t* const* window) {
+  const __m128i here = _mm_set1_epi32(y);
+  const __m128i outside =
+      _mm_or_si128(_mm_cmpgt_epi32(Load(b.first + k), here), _mm_cmpgt_epi32(here, Load(b.last + k)));
+  if (_mm_movemask_epi8(outside) == 0xFFFF) return;
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i scale = _mm_set1_epi16(static_cast<short>(
+      StackBlurTables::g_stack_blur8_mul[b.radius] << (16 - StackBlurTables::g_stack_blur8_shr[b.radius])));
+  __m128i low = zero, high = zero;
+  for (int32_t d = 0; d <= 2 * b.radius; ++d) {
+    const __m128i four = Load(window[d] + k);
+    const __m128i weight = _mm_set1_epi16(static_cast<short>(d <= b.radius ? d + 1 : 2 * b.radius + 1 - d));
+    low = _mm_add_epi16(low, _mm_mullo_epi16(_mm_unpacklo_epi8(four, zero), weight));
+    high = _mm_add_epi16(high, _mm_mullo_epi16(_mm_unpackhi_epi8(four, zero), weight));
+  }
+  const __m128i put = _mm_set1_epi32(static_cast<int>(b.writeMask));
+  const __m128i blurred = _mm_packus_epi16(_mm_mulhi_epu16(low, scale), _mm_mulhi_epu16(high, scale));
+  const __m128i out = Select(put, blurred, Load(window[b.radius] + k));
+  uint32_t* at = b.imageRow(y) + k;
+  Store(at, Select(outside, Load(at), out));
+}
+#endif
+
+void BlurBlock(const ColumnBlock& b, bool wide) {
+  const int32_t height = b.image->height;
+  std::fill(b.first, b.first + b.count, height);
+  std::fill(b.last, b.last + b.count, -1);
+  const int32_t wideCount = wide ? b.count & ~3 : 0;
+  std::fill(b.groupOpaque, b.groupOpaque + wideCount / 4, -b.reach - 1);  // none read yet
+  for (int32_t ahead = 0; ahead < std::min(b.reach, height); ++ahead) {
+    for (int32_t k = 0; k < wideCount; ++k) {
+      if (b.imageRow(ahead)[k] & kAlpha) b.groupOpaque[k / 4] = ahead;
+    }
+  }
+  // The block is read from the image whole before any of it is written back: the bleed of a row looks
+  // at rows below it that the blur of earlier rows would otherwise have changed.
+  for (int32_t y = 0; y < height; ++y) {
+#if defined(__SSE2__)
+    if (wideCount > 0) {
+      const uint32_t* rows[8];
+      const int32_t from = std::max(y - b.reach + 1, 0);
+      const int32_t to = std::min(y + b.reach, height - 1);
+      int32_t neighbours = 0;
+      for (int32_t row = from; row <= to; ++row) {
+        if (row != y) rows[neighbours++] = b.imageRow(row);
+      }
+      rows[neighbours] = b.imageRow(y);
+      for (int32_t k = 0; k < wideCount; k += 4) BleedFour(b, k, y, y + b.reach, rows, neighbours);
+    }
+#endif
+    for (int32_t k = wideCount; k < b.count; ++k) NoteBled(b, k, y, BledPixel(b, k, y));
+  }
+  // The stack blur writes from r + 1 rows before a column's first non-zero pixel to r rows after its
+  // last.
+  for (int32_t k = 0; k < b.count; ++k) {
+    if (b.first[k] > b.last[k]) continue;
+    b.first[k] = std::max(b.first[k] - b.radius - 1, 0);
+    b.last[k] = std::min(b.last[k] + b.radius, height - 1);
+  }
+  for (int32_t y = 0; y < height; ++y) {
+#if defined(__SSE2__)
+    if (wideCount > 0) {
+      const uint32_t* window[5];
+      for (int32_t d = -b.radius; d <= b.radius; ++d) window[d + b.radius] = b.bledRow(y + d);
+      for (int32_t k = 0; k < wideCount; k += 4) BlurFour(b, k, y, window);
+    }
+#endif
+    for (int32_t k = wideCount; k < b.count; ++k) {
+      if (y >= b.first[k] && y <= b.last[k]) b.imageRow(y)[k] = BlurredPixel(b, k, y);
+    }
+  }
+}
+
+}  // namespace
+
+bool ShortColumnBlur(const PixelView& image, unsigned r, uint32_t writeMask, std::vector<uint32_t>& scratch,
+                     KernelPath path) {
+  if (r < 1 || r > 2) return false;
+  if (image.empty()) return true;
+  const uint64_t height = static_cast<uint64_t>(image.height);
+  const uint64_t width = static_cast<uint64_t>(image.width);
+  const uint64_t widest = std::max<uint64_t>(kBlockPixels / height, kNarrowestBlock) & ~uint64_t{3};
+  const uint64_t blockWidth = std::min(width, widest);
+  const uint64_t needed = blockWidth * (height + 2) + blockWidth / 4;
+  if (needed > scratch.max_size()) return false;
+  if (scratch.size() < needed) {
+    try {
+      scratch.resize(static_cast<size_t>(needed));
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+  }
+  ColumnBlock b{};
+  b.image = &image;
+  b.radius = static_cast<int32_t>(r);
+  b.reach = 2 * b.radius;
+  b.writeMask = writeMask;
+  b.bled = scratch.data();
+  // Signed and unsigned forms of one type may share memory.
+  b.first = reinterpret_cast<int32_t*>(scratch.data() + blockWidth * height);
+  b.last = b.first + blockWidth;
+  b.groupOpaque = b.last + blockWidth;
+  const bool wide = path == KernelPath::kWide && HasWideKernels();
+  for (uint64_t x0 = 0; x0 < width; x0 += blockWidth) {
+    b.x0 = static_cast<int32_t>(x0);
+    b.count = static_cast<int32_t>(std::min(blockWidth, width - x0));
+    BlurBlock(b, wide);
+  }
+  return true;
+}
+
+}  // namespace lx
