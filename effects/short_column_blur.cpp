@@ -25,8 +25,8 @@ constexpr int32_t kNarrowestBlock = 16;
 
 // One block of columns, x0 .. x0 + count - 1, on its way through the two walks: the bled pixels row by
 // row (count to a row); for each column the first and last row with a non-zero bled pixel, which then
-// become the first and last row the stack blur writes (first past last when it writes none); and for
-// each four columns the last row read with an opaque pixel among them.
+// become the first and last row the stack blur writes (first past last when it writes none); and the
+// last opaque pixel read down each column, its row and colour bytes.
 struct ColumnBlock {
   const PixelView* image;
   int32_t x0, count;
@@ -35,7 +35,8 @@ struct ColumnBlock {
   uint32_t* bled;
   int32_t* first;
   int32_t* last;
-  int32_t* groupOpaque;
+  int32_t* opaqueRow;
+  uint32_t* opaqueColour;
 
   uint32_t* imageRow(int32_t y) const { return image->row(y) + x0; }
   uint32_t* bledRow(int32_t y) const {
@@ -96,26 +97,24 @@ inline __m128i Transparent(__m128i four) {
   return _mm_cmpeq_epi32(_mm_srli_epi32(four, 24), _mm_setzero_si128());
 }
 
-// BledPixel and NoteBled for columns k .. k + 3, the row `ahead` read first. rows holds the neighbouring
-// rows from the top down, then row y. Far from any opaque pixel there is nothing to look for.
-void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead, const uint32_t* const* rows,
-               int32_t neighbours) {
-  int32_t& opaque = b.groupOpaque[k / 4];
-  if (ahead < b.image->height && _mm_movemask_epi8(Transparent(Load(b.imageRow(ahead) + k))) != 0xFFFF) {
-    opaque = ahead;
-  }
-  const __m128i own = Load(rows[neighbours] + k);
-  const __m128i clear = Transparent(own);
-  __m128i out = own;
-  if (opaque > y - b.reach && _mm_movemask_epi8(clear) != 0) {
-    const __m128i colour = _mm_set1_epi32(static_cast<int>(kColour));
-    __m128i v = own;
-    for (int32_t i = 0; i < neighbours; ++i) {
-      const __m128i p = Load(rows[i] + k);
-      v = Select(Transparent(p), v, _mm_and_si128(p, colour));
+// BledPixel and NoteBled for columns k .. k + 3, walking reach rows ahead of y: the last opaque pixel
+// read down a column is the one a transparent pixel takes, if it lies no more than reach - 1 rows above.
+inline void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead) {
+  __m128i row = Load(b.opaqueRow + k);
+  __m128i colour = Load(b.opaqueColour + k);
+  if (ahead < b.image->height) {
+    const __m128i p = Load(b.imageRow(ahead) + k);
+    const __m128i clear = Transparent(p);
+    if (_mm_movemask_epi8(clear) != 0xFFFF) {
+      row = Select(clear, row, _mm_set1_epi32(ahead));
+      colour = Select(clear, colour, _mm_and_si128(p, _mm_set1_epi32(static_cast<int>(kColour))));
+      Store(b.opaqueRow + k, row);
+      Store(b.opaqueColour + k, colour);
     }
-    out = Select(clear, v, own);
   }
+  const __m128i own = Load(b.imageRow(y) + k);
+  const __m128i takes = _mm_and_si128(Transparent(own), _mm_cmpgt_epi32(row, _mm_set1_epi32(y - b.reach)));
+  const __m128i out = Select(takes, colour, own);
   Store(b.bledRow(y) + k, out);
 
   const __m128i set = _mm_cmpeq_epi32(_mm_cmpeq_epi32(out, _mm_setzero_si128()), _mm_setzero_si128());
@@ -130,6 +129,7 @@ void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead, const 
 // BlurredPixel for columns k .. k + 3, stored in the rows the stack blur writes. A window's byte sums
 // stay below 255 * 9, so they fit 16-bit lanes; the table multiplier moved up to a shift of 16 gives
 // the same quotient as the high half of the product.
+template <int kRadius>
 void BlurFour(const ColumnBlock& b, int32_t k, int32_t y, const uint32_t* const* window) {
   const __m128i here = _mm_set1_epi32(y);
   const __m128i outside =
@@ -137,48 +137,43 @@ void BlurFour(const ColumnBlock& b, int32_t k, int32_t y, const uint32_t* const*
   if (_mm_movemask_epi8(outside) == 0xFFFF) return;
   const __m128i zero = _mm_setzero_si128();
   const __m128i scale = _mm_set1_epi16(static_cast<short>(
-      StackBlurTables::g_stack_blur8_mul[b.radius] << (16 - StackBlurTables::g_stack_blur8_shr[b.radius])));
+      StackBlurTables::g_stack_blur8_mul[kRadius] << (16 - StackBlurTables::g_stack_blur8_shr[kRadius])));
   __m128i low = zero, high = zero;
-  for (int32_t d = 0; d <= 2 * b.radius; ++d) {
+  for (int32_t d = 0; d <= 2 * kRadius; ++d) {
     const __m128i four = Load(window[d] + k);
-    const __m128i weight = _mm_set1_epi16(static_cast<short>(d <= b.radius ? d + 1 : 2 * b.radius + 1 - d));
+    const __m128i weight = _mm_set1_epi16(static_cast<short>(d <= kRadius ? d + 1 : 2 * kRadius + 1 - d));
     low = _mm_add_epi16(low, _mm_mullo_epi16(_mm_unpacklo_epi8(four, zero), weight));
     high = _mm_add_epi16(high, _mm_mullo_epi16(_mm_unpackhi_epi8(four, zero), weight));
   }
   const __m128i put = _mm_set1_epi32(static_cast<int>(b.writeMask));
   const __m128i blurred = _mm_packus_epi16(_mm_mulhi_epu16(low, scale), _mm_mulhi_epu16(high, scale));
-  const __m128i out = Select(put, blurred, Load(window[b.radius] + k));
+  const __m128i out = Select(put, blurred, Load(window[kRadius] + k));
   uint32_t* at = b.imageRow(y) + k;
   Store(at, Select(outside, Load(at), out));
 }
 #endif
 
+template <int kRadius>
 void BlurBlock(const ColumnBlock& b, bool wide) {
   const int32_t height = b.image->height;
   std::fill(b.first, b.first + b.count, height);
   std::fill(b.last, b.last + b.count, -1);
   const int32_t wideCount = wide ? b.count & ~3 : 0;
-  std::fill(b.groupOpaque, b.groupOpaque + wideCount / 4, -b.reach - 1);  // none read yet
+  std::fill(b.opaqueRow, b.opaqueRow + wideCount, -b.reach - 1);  // none read yet
+  std::fill(b.opaqueColour, b.opaqueColour + wideCount, 0u);
   for (int32_t ahead = 0; ahead < std::min(b.reach, height); ++ahead) {
     for (int32_t k = 0; k < wideCount; ++k) {
-      if (b.imageRow(ahead)[k] & kAlpha) b.groupOpaque[k / 4] = ahead;
+      const uint32_t p = b.imageRow(ahead)[k];
+      if ((p & kAlpha) == 0) continue;
+      b.opaqueRow[k] = ahead;
+      b.opaqueColour[k] = p & kColour;
     }
   }
   // The block is read from the image whole before any of it is written back: the bleed of a row looks
   // at rows below it that the blur of earlier rows would otherwise have changed.
   for (int32_t y = 0; y < height; ++y) {
 #if defined(__SSE2__)
-    if (wideCount > 0) {
-      const uint32_t* rows[8];
-      const int32_t from = std::max(y - b.reach + 1, 0);
-      const int32_t to = std::min(y + b.reach, height - 1);
-      int32_t neighbours = 0;
-      for (int32_t row = from; row <= to; ++row) {
-        if (row != y) rows[neighbours++] = b.imageRow(row);
-      }
-      rows[neighbours] = b.imageRow(y);
-      for (int32_t k = 0; k < wideCount; k += 4) BleedFour(b, k, y, y + b.reach, rows, neighbours);
-    }
+    for (int32_t k = 0; k < wideCount; k += 4) BleedFour(b, k, y, y + b.reach);
 #endif
     for (int32_t k = wideCount; k < b.count; ++k) NoteBled(b, k, y, BledPixel(b, k, y));
   }
@@ -192,9 +187,9 @@ void BlurBlock(const ColumnBlock& b, bool wide) {
   for (int32_t y = 0; y < height; ++y) {
 #if defined(__SSE2__)
     if (wideCount > 0) {
-      const uint32_t* window[5];
-      for (int32_t d = -b.radius; d <= b.radius; ++d) window[d + b.radius] = b.bledRow(y + d);
-      for (int32_t k = 0; k < wideCount; k += 4) BlurFour(b, k, y, window);
+      const uint32_t* window[2 * kRadius + 1];
+      for (int32_t d = -kRadius; d <= kRadius; ++d) window[d + kRadius] = b.bledRow(y + d);
+      for (int32_t k = 0; k < wideCount; k += 4) BlurFour<kRadius>(b, k, y, window);
     }
 #endif
     for (int32_t k = wideCount; k < b.count; ++k) {
@@ -213,7 +208,7 @@ bool ShortColumnBlur(const PixelView& image, unsigned r, uint32_t writeMask, std
   const uint64_t width = static_cast<uint64_t>(image.width);
   const uint64_t widest = std::max<uint64_t>(kBlockPixels / height, kNarrowestBlock) & ~uint64_t{3};
   const uint64_t blockWidth = std::min(width, widest);
-  const uint64_t needed = blockWidth * (height + 2) + blockWidth / 4;
+  const uint64_t needed = blockWidth * (height + 4);
   if (needed > scratch.max_size()) return false;
   if (scratch.size() < needed) {
     try {
@@ -231,12 +226,17 @@ bool ShortColumnBlur(const PixelView& image, unsigned r, uint32_t writeMask, std
   // Signed and unsigned forms of one type may share memory.
   b.first = reinterpret_cast<int32_t*>(scratch.data() + blockWidth * height);
   b.last = b.first + blockWidth;
-  b.groupOpaque = b.last + blockWidth;
+  b.opaqueRow = b.last + blockWidth;
+  b.opaqueColour = reinterpret_cast<uint32_t*>(b.opaqueRow + blockWidth);
   const bool wide = path == KernelPath::kWide && HasWideKernels();
   for (uint64_t x0 = 0; x0 < width; x0 += blockWidth) {
     b.x0 = static_cast<int32_t>(x0);
     b.count = static_cast<int32_t>(std::min(blockWidth, width - x0));
-    BlurBlock(b, wide);
+    if (r == 1) {
+      BlurBlock<1>(b, wide);
+    } else {
+      BlurBlock<2>(b, wide);
+    }
   }
   return true;
 }

@@ -14,7 +14,7 @@ namespace lx {
 // from 2r - 1 rows above to 2r rows below it, then each pixel in the stretch StackBlurLine writes gets
 // the window's weighted sum in the bytes of writeMask and its bled value in the others. At these radii
 // a window is a handful of rows, so whole rows are summed at once and memory is walked row by row.
-// scratch is grown to hold a block of bled columns (at most max(2^16, 16 * height) pixels, plus two
+// scratch is grown to hold a block of bled columns (at most max(2^16, 16 * height) pixels, plus four
 // numbers per column); false, with the image untouched, when that memory cannot be had or r is not 1
 // or 2.
 bool ShortColumnBlur(const PixelView& image, unsigned r, uint32_t writeMask, std::vector<uint32_t>& scratch,
