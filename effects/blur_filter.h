@@ -39,7 +39,7 @@ class BlurFilter : public EffectObject {
   void horizontalPass(const PixelView& image, unsigned r, uint32_t writeMask);
   void verticalPass(const PixelView& image, unsigned r, uint32_t writeMask);
 
-  // One row, or a block of gathered columns, of the image being blurred.
+  // One row, a block of gathered columns, or a block of bled columns of the image being blurred.
   std::vector<uint32_t> lines_;
 };
 
