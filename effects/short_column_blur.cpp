@@ -1,11 +1,10 @@
 #include "effects/short_column_blur.h"
 
-#include <agg_renderer_base.h>  // agg_blur.h uses it without including it
-#include <agg_blur.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <new>
+
+#include "effects/short_window.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -14,8 +13,6 @@
 namespace lx {
 
 namespace {
-
-using StackBlurTables = agg::stack_blur_tables<int>;
 
 constexpr uint32_t kAlpha = 0xFF000000u;
 constexpr uint32_t kColour = 0x00FFFFFFu;
@@ -68,19 +65,11 @@ void NoteBled(const ColumnBlock& b, int32_t k, int32_t y, uint32_t v) {
 
 // The stack blur's output for column k of row y, with the bytes outside the write mask from the bled
 // pixel.
+template <int kRadius>
 uint32_t BlurredPixel(const ColumnBlock& b, int32_t k, int32_t y) {
-  const uint32_t mul = StackBlurTables::g_stack_blur8_mul[b.radius];
-  const unsigned shr = StackBlurTables::g_stack_blur8_shr[b.radius];
-  uint32_t out = 0;
-  for (unsigned shift = 0; shift < 32; shift += 8) {
-    uint32_t sum = 0;
-    for (int32_t d = -b.radius; d <= b.radius; ++d) {
-      const uint32_t weight = static_cast<uint32_t>(b.radius + 1 - (d < 0 ? -d : d));
-      sum += ((b.bledRow(y + d)[k] >> shift) & 0xFFu) * weight;
-    }
-    out |= ((sum * mul) >> shr) << shift;
-  }
-  return (out & b.writeMask) | (b.bledRow(y)[k] & ~b.writeMask);
+  uint32_t window[2 * kRadius + 1];
+  for (int32_t d = 0; d <= 2 * kRadius; ++d) window[d] = b.bledRow(y + d - kRadius)[k];
+  return (ShortWindow<kRadius>(window) & b.writeMask) | (window[kRadius] & ~b.writeMask);
 }
 
 #if defined(__SSE2__)
@@ -126,28 +115,17 @@ inline void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead)
   Store(b.last + k, Select(set, here, last));
 }
 
-// BlurredPixel for columns k .. k + 3, stored in the rows the stack blur writes. A window's byte sums
-// stay below 255 * 9, so they fit 16-bit lanes; the table multiplier moved up to a shift of 16 gives
-// the same quotient as the high half of the product.
+// BlurredPixel for columns k .. k + 3, stored in the rows the stack blur writes.
 template <int kRadius>
 void BlurFour(const ColumnBlock& b, int32_t k, int32_t y, const uint32_t* const* window) {
   const __m128i here = _mm_set1_epi32(y);
   const __m128i outside =
       _mm_or_si128(_mm_cmpgt_epi32(Load(b.first + k), here), _mm_cmpgt_epi32(here, Load(b.last + k)));
   if (_mm_movemask_epi8(outside) == 0xFFFF) return;
-  const __m128i zero = _mm_setzero_si128();
-  const __m128i scale = _mm_set1_epi16(static_cast<short>(
-      StackBlurTables::g_stack_blur8_mul[kRadius] << (16 - StackBlurTables::g_stack_blur8_shr[kRadius])));
-  __m128i low = zero, high = zero;
-  for (int32_t d = 0; d <= 2 * kRadius; ++d) {
-    const __m128i four = Load(window[d] + k);
-    const __m128i weight = _mm_set1_epi16(static_cast<short>(d <= kRadius ? d + 1 : 2 * kRadius + 1 - d));
-    low = _mm_add_epi16(low, _mm_mullo_epi16(_mm_unpacklo_epi8(four, zero), weight));
-    high = _mm_add_epi16(high, _mm_mullo_epi16(_mm_unpackhi_epi8(four, zero), weight));
-  }
+  __m128i four[2 * kRadius + 1];
+  for (int32_t d = 0; d <= 2 * kRadius; ++d) four[d] = Load(window[d] + k);
   const __m128i put = _mm_set1_epi32(static_cast<int>(b.writeMask));
-  const __m128i blurred = _mm_packus_epi16(_mm_mulhi_epu16(low, scale), _mm_mulhi_epu16(high, scale));
-  const __m128i out = Select(put, blurred, Load(window[kRadius] + k));
+  const __m128i out = Select(put, ShortWindowFour<kRadius>(four), four[kRadius]);
   uint32_t* at = b.imageRow(y) + k;
   Store(at, Select(outside, Load(at), out));
 }
@@ -193,7 +171,7 @@ void BlurBlock(const ColumnBlock& b, bool wide) {
     }
 #endif
     for (int32_t k = wideCount; k < b.count; ++k) {
-      if (y >= b.first[k] && y <= b.last[k]) b.imageRow(y)[k] = BlurredPixel(b, k, y);
+      if (y >= b.first[k] && y <= b.last[k]) b.imageRow(y)[k] = BlurredPixel<kRadius>(b, k, y);
     }
   }
 }

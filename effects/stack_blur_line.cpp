@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "effects/short_window.h"
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -215,9 +217,8 @@ void BlurLineWith(const uint32_t* src, ptrdiff_t n, unsigned r, uint32_t* dst, p
 
 #if defined(__SSE2__)
 // Radii 1 and 2 on the wide path, where the running sums cost more than the window itself: each output is
-// summed straight from its window, four pixels at a time in 16-bit lanes (a window's sum stays below
-// 255 * 9). The table multiplier moved up to a shift of 16 gives the same quotient as the high half of
-// the product. Outputs go to dst[0 .. n), over the same stretch as BlurLineWith writes them.
+// summed straight from its window, four at a time where the window lies inside the line. Outputs go to
+// dst[0 .. n), over the same stretch as BlurLineWith writes them.
 template <int kRadius, bool kWholePixel>
 void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, uint32_t writeMask) {
   const ptrdiff_t first = FirstOther(src, 0, n, 0);
@@ -225,39 +226,22 @@ void BlurShortLine(const uint32_t* src, ptrdiff_t n, uint32_t* dst, uint32_t wri
   const ptrdiff_t lastSet = LastOther(src, n - 1, first, 0);
   const ptrdiff_t last = n - 1;
   const ptrdiff_t end = std::min(last, lastSet + kRadius);
-  const uint32_t mul = StackBlurTables::g_stack_blur8_mul[kRadius];
-  const unsigned shr = StackBlurTables::g_stack_blur8_shr[kRadius];
   const auto single = [&](ptrdiff_t x) {
-    uint32_t out = 0;
-    for (unsigned shift = 0; shift < 32; shift += 8) {
-      uint32_t sum = 0;
-      for (ptrdiff_t k = -kRadius; k <= kRadius; ++k) {
-        const uint32_t weight = static_cast<uint32_t>(kRadius + 1 - (k < 0 ? -k : k));
-        sum += ((src[std::clamp<ptrdiff_t>(x + k, 0, last)] >> shift) & 0xFFu) * weight;
-      }
-      out |= ((sum * mul) >> shr) << shift;
-    }
+    uint32_t window[2 * kRadius + 1];
+    for (int d = 0; d <= 2 * kRadius; ++d) window[d] = src[std::clamp<ptrdiff_t>(x + d - kRadius, 0, last)];
+    const uint32_t out = ShortWindow<kRadius>(window);
     dst[x] = kWholePixel ? out : (out & writeMask) | (src[x] & ~writeMask);
   };
-  const __m128i zero = _mm_setzero_si128();
-  const __m128i scale = _mm_set1_epi16(static_cast<short>(mul << (16 - shr)));
   const __m128i put = _mm_set1_epi32(static_cast<int>(writeMask));
   ptrdiff_t x = std::max<ptrdiff_t>(first - kRadius - 1, 0);
   for (; x < kRadius && x <= end; ++x) single(x);
-  // Four outputs at a time while their windows lie inside the line.
   for (; x + 3 <= end && x + 3 + kRadius <= last; x += 4) {
-    __m128i low = zero, high = zero;
-    for (ptrdiff_t k = -kRadius; k <= kRadius; ++k) {
-      const __m128i weight = _mm_set1_epi16(static_cast<short>(kRadius + 1 - (k < 0 ? -k : k)));
-      const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + x + k));
-      low = _mm_add_epi16(low, _mm_mullo_epi16(_mm_unpacklo_epi8(four, zero), weight));
-      high = _mm_add_epi16(high, _mm_mullo_epi16(_mm_unpackhi_epi8(four, zero), weight));
+    __m128i four[2 * kRadius + 1];
+    for (int d = 0; d <= 2 * kRadius; ++d) {
+      four[d] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + x + d - kRadius));
     }
-    __m128i out = _mm_packus_epi16(_mm_mulhi_epu16(low, scale), _mm_mulhi_epu16(high, scale));
-    if (!kWholePixel) {
-      const __m128i own = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + x));
-      out = _mm_or_si128(_mm_and_si128(out, put), _mm_andnot_si128(put, own));
-    }
+    __m128i out = ShortWindowFour<kRadius>(four);
+    if (!kWholePixel) out = _mm_or_si128(_mm_and_si128(out, put), _mm_andnot_si128(put, four[kRadius]));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), out);
   }
   for (; x <= end; ++x) single(x);
