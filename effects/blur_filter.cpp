@@ -16,8 +16,6 @@ namespace lx {
 
 namespace {
 
-constexpr uint32_t kAlpha = 0xFF000000u;
-constexpr uint32_t kColour = 0x00FFFFFFu;
 // Columns are gathered sixteen at a time (one cache line of each row) so that the vertical pass walks
 // memory row by row.
 constexpr int32_t kColumnBlock = 16;

@@ -14,8 +14,6 @@ namespace lx {
 
 namespace {
 
-constexpr uint32_t kAlpha = 0xFF000000u;
-constexpr uint32_t kColour = 0x00FFFFFFu;
 // A block of bled columns this size stays in the second-level cache between the two walks over it.
 constexpr uint64_t kBlockPixels = uint64_t{1} << 16;
 constexpr int32_t kNarrowestBlock = 16;

@@ -6,6 +6,10 @@
 
 namespace lx {
 
+// The alpha byte of a pixel, and its three colour bytes.
+constexpr uint32_t kAlpha = 0xFF000000u;
+constexpr uint32_t kColour = 0x00FFFFFFu;
+
 struct PixelView {
   uint8_t* pixels = nullptr;
   int32_t width = 0;
