@@ -10,6 +10,14 @@ jobs=${LETTRIX_JOBS:-$(nproc)}
 
 bash "$root/tools/install-deps.sh" || { echo "test-all: installing the dependencies failed" >&2; exit 1; }
 
+# Every build and the two Wine prefixes take about 3.5 GB together. A disk that fills up half-way shows
+# only as odd failures far from the cause (wineboot exits with an empty log), so say it here first.
+free_kb=$(df -Pk "$root" | awk 'NR == 2 {print $4}')
+echo "test-all: $((free_kb / 1024 / 1024)) GB free on the build's disk"
+if [ "${free_kb:-0}" -lt $((4 * 1024 * 1024)) ]; then
+  echo "test-all: WARNING: under 4 GB free; a full run needs about 3.5 GB and may fail for want of space" >&2
+fi
+
 results=()
 failed=0
 passed_total=0

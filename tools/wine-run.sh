@@ -37,7 +37,10 @@ if [ ! -f "$WINEPREFIX/.lettrix-ready" ]; then
     flock 9
     if [ ! -f "$WINEPREFIX/.lettrix-ready" ]; then
       if ! "$loader" wineboot -i </dev/null >"$WINEPREFIX.log" 2>&1 9>&-; then
-        echo "wine-run.sh: wineboot failed to make $WINEPREFIX (see $WINEPREFIX.log)" >&2
+        # A full disk is the usual cause (a new prefix takes 0.6-1.3 GB) and leaves the log empty too.
+        echo "wine-run.sh: wineboot failed to make $WINEPREFIX (see $WINEPREFIX.log);" \
+          "free there: $(df -Ph "$WINEPREFIX" | awk 'NR == 2 {print $4}')" >&2
+        tail -n 20 "$WINEPREFIX.log" >&2 || true
         exit 1
       fi
       wineserver -w 9>&-
