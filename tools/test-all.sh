@@ -98,7 +98,9 @@ check_dll() {  # check_dll <objdump> <dll>
 
 echo "== include dependencies"
 start=$SECONDS
-log=$(bash "$root/tools/check-includes.sh" | tee /dev/stderr); status=${PIPESTATUS[0]}
+# (Not through `tee /dev/stderr`: where stderr is a file, that reopens and truncates it.)
+log=$(bash "$root/tools/check-includes.sh"); status=$?
+echo "$log"
 passed_total=$((passed_total + $(sed -n 's/^check-includes: \([0-9]*\) passed.*/\1/p' <<<"$log")))
 failed_total=$((failed_total + $(sed -n 's/^check-includes: [0-9]* passed, \([0-9]*\) failed/\1/p' <<<"$log")))
 finish_stage "include dependencies" "$start" "$status"
