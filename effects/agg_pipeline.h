@@ -11,15 +11,13 @@
 #include <agg_basics.h>
 #include <agg_color_rgba.h>
 #include <agg_pixfmt_rgba.h>
-#include <agg_rasterizer_scanline_aa.h>
-#include <agg_rasterizer_sl_clip.h>
 #include <agg_renderer_base.h>
 #include <agg_renderer_scanline.h>
 #include <agg_rendering_buffer.h>
 #include <agg_scanline_u.h>
 #include <agg_span_allocator.h>
 
-#include "effects/agg_cell_sort.h"
+#include "effects/layer_rasterizer.h"
 
 namespace lx {
 
@@ -85,9 +83,6 @@ inline void BlendSolidSpan(agg::int8u* p, int len, const LayerColour& c, const a
 
 using LayerPixfmt = agg::pixfmt_alpha_blend_rgba<LayerBlender, agg::rendering_buffer>;
 using LayerScanline = agg::scanline_u8;
-// Clipping in double precision, so that far-off or huge coordinates are cut to the image before they
-// are turned into the rasterizer's 24.8 fixed point.
-using LayerRasterizer = agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_dbl>;
 using LayerSpanAllocator = agg::span_allocator<LayerColour>;
 
 // The renderer the scanline renderers write through. A layer image may hold only part of the area a
