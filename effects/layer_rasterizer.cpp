@@ -108,7 +108,8 @@ void LayerRasterizer::sweepRow(const LayerCell* const* cells, unsigned count, ag
       bits &= bits - 1;
       if (at > runStart) {
         const unsigned alpha = CoverageOf(cover << (agg::poly_subpixel_shift + 1));
-        if (alpha != 0) sl.add_span(origin + static_cast<int>(runStart), static_cast<unsigned>(at - runStart), alpha);
+        if (alpha != 0)
+          sl.add_span(origin + static_cast<int>(runStart), static_cast<unsigned>(at - runStart), alpha);
       }
       RowSum& sum = row_[at];
       cover += sum.cover;

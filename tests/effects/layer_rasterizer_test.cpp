@@ -52,11 +52,11 @@ void Feed(Rasterizer& ras, const std::vector<Contour>& shape, bool close) {
 
 struct Case {
   const char* what;
-  double clipW, clipH;     // clip box from (0, 0)
-  double lo, hi;           // vertex range on both axes
-  int contours, points;    // per shape
-  bool close;              // explicit close_polygon (else left to the sweep)
-  int navigateTo;          // INT32_MIN: sweep from the top
+  double clipW, clipH;   // clip box from (0, 0)
+  double lo, hi;         // vertex range on both axes
+  int contours, points;  // per shape
+  bool close;            // explicit close_polygon (else left to the sweep)
+  int navigateTo;        // INT32_MIN: sweep from the top
 };
 
 std::vector<Contour> RandomShape(const Case& c, std::mt19937& random) {
