@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <new>
 #include <vector>
 
 #include "effects/gradient_fill.h"
@@ -92,13 +94,15 @@ IntRect AreaOf(const PixelView& target, const LayerAreas& areas) {
 // Everything one draw call shares between its layers.
 class LayerCanvas {
  public:
-  LayerCanvas(const PixelView& target, const OutlinePath& path, const Affine& matrix, const LayerAreas& areas)
+  LayerCanvas(const PixelView& target, const OutlinePath& path, const Affine& matrix, const LayerAreas& areas,
+              LayerRasterizer& ras)
       : path_(path),
         glyphMatrix_(matrix),
         areas_(areas),
         buffer_(target.pixels, target.width, target.height, target.stride),
         pixels_(buffer_),
         renderer_(pixels_, -AreaOf(target, areas).left, -AreaOf(target, areas).top),
+        ras_(ras),
         matrix_(ToAggAffine(matrix)) {
     const IntRect area = AreaOf(target, areas);
     ras_.clip_box(0, 0, std::min(area.right - area.left, kMaxRasterSide),
@@ -146,7 +150,7 @@ class LayerCanvas {
   agg::rendering_buffer buffer_;
   LayerPixfmt pixels_;
   LayerRendererBase renderer_;
-  LayerRasterizer ras_;
+  LayerRasterizer& ras_;
   agg::trans_affine matrix_;
   double tolerance_ = kFlatness;
 };
@@ -157,12 +161,26 @@ uint8_t AlphaOf(uint32_t packed) {
 
 }  // namespace
 
+LayerScratch::LayerScratch() noexcept : rasterizer_(new (std::nothrow) LayerRasterizer) {}
+
+LayerScratch::~LayerScratch() = default;
+
+void LayerScratch::trim(size_t maxBytes) {
+  if (rasterizer_) rasterizer_->trim(maxBytes);
+}
+
 void DrawLayer(const PixelView& target, const OutlinePath& path, const Affine& matrix,
                const FillSettings& face, const FillSettings& outline, double strokeWidth, int32_t mode,
-               const LayerAreas& areas) {
+               const LayerAreas& areas, LayerScratch* scratch) {
   if (target.empty() || path.empty()) return;
   if (mode < kDrawFace || mode > kDrawOutlineThenFace) return;
-  LayerCanvas canvas(target, path, matrix, areas);
+  std::unique_ptr<LayerRasterizer> own;
+  LayerRasterizer* ras = scratch != nullptr ? scratch->rasterizer() : nullptr;
+  if (ras == nullptr) {
+    own = std::make_unique<LayerRasterizer>();
+    ras = own.get();
+  }
+  LayerCanvas canvas(target, path, matrix, areas, *ras);
   if (mode == kDrawFace || mode == kDrawFaceThenOutline) canvas.draw(face, true, strokeWidth);
   if (mode != kDrawFace) canvas.draw(outline, false, strokeWidth);
   if (mode == kDrawOutlineThenFace) canvas.draw(face, true, strokeWidth);

@@ -3,7 +3,9 @@
 // with which the pipeline chooses how to lay one layer onto another.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "image/pixel_view.h"
 #include "settings/affine.h"
@@ -11,6 +13,27 @@
 #include "settings/outline_path.h"
 
 namespace lx {
+
+class LayerRasterizer;
+
+// What layer drawing keeps from one draw to the next: the rasterizer with its cell grid, so that a
+// process drawing line after line neither allocates nor faults in fresh memory for each. One must not
+// serve two threads at once.
+class LayerScratch {
+ public:
+  LayerScratch() noexcept;
+  ~LayerScratch();
+  LayerScratch(const LayerScratch&) = delete;
+  LayerScratch& operator=(const LayerScratch&) = delete;
+
+  // Null when its allocation failed; drawing then uses a rasterizer of its own.
+  LayerRasterizer* rasterizer() { return rasterizer_.get(); }
+  // Gives back the memory held beyond maxBytes.
+  void trim(size_t maxBytes);
+
+ private:
+  std::unique_ptr<LayerRasterizer> rasterizer_;
+};
 
 // The drawing modes of DrawLayer. Values of 4 or more, and negative values, draw nothing.
 enum LayerDrawMode : int32_t {
@@ -41,10 +64,10 @@ struct LayerAreas {
 // when strokeWidth is greater than 0: a stroke of that full width centred on the path, miter joins) and
 // painted with its fill's texture when its fill type is 1 and it has a texture with pixels, otherwise
 // with its gradient or solid start colour. Curves are flattened to within a quarter pixel of the target.
-// An empty target or path draws nothing.
+// An empty target or path draws nothing. `scratch`, when given, lends its memory.
 void DrawLayer(const PixelView& target, const OutlinePath& path, const Affine& matrix,
                const FillSettings& face, const FillSettings& outline, double strokeWidth, int32_t mode,
-               const LayerAreas& areas);
+               const LayerAreas& areas, LayerScratch* scratch = nullptr);
 
 // 1 when the layer paints one colour (alphaOnly != 1) or one alpha (alphaOnly == 1), else 0; a texture
 // fill type answers 0. With its colour stops in force the first stop is written to *colour and every

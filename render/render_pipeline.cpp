@@ -61,10 +61,12 @@ std::unique_ptr<RenderProcess> MakeTemporaryProcess(const RenderProcess& caller)
   return temp;
 }
 
-// Draws the layers `mode` names with the settings of `process` into `target`.
-void Draw(const RenderProcess& process, const PixelView& target, int32_t mode, const LayerAreas& areas) {
+// Draws the layers `mode` names with the settings of `process` into `target`, with the layer drawing
+// memory that `caller` keeps between calls.
+void Draw(const RenderProcess& process, const RenderProcess& caller, const PixelView& target, int32_t mode,
+          const LayerAreas& areas) {
   DrawLayer(target, process.path, process.glyphMatrix, process.face, process.outline, process.strokeWidth,
-            mode, areas);
+            mode, areas, caller.layers.get());
 }
 
 // The caller's buffer as seen from a work image's layout: where fit mode 1 spreads a gradient and where
@@ -105,7 +107,7 @@ bool DrawShadowShape(RenderProcess& caller, const WorkGeometry& g, const WorkIma
 
   PixelBuffer& work = image.pixels;
   if (!g.outline) {
-    Draw(*temp, work.view(), kDrawFace, layout);
+    Draw(*temp, caller, work.view(), kDrawFace, layout);
     return true;
   }
   // Face and stroke overlap by half the stroke: the Face is laid on the stroke with its alpha held at
@@ -113,8 +115,8 @@ bool DrawShadowShape(RenderProcess& caller, const WorkGeometry& g, const WorkIma
   PixelBuffer& faceImage = caller.scratch[1];
   if (!faceImage.reuse(work.width(), work.height())) return false;
   faceImage.placeAt(work.rect().left, work.rect().top);
-  Draw(*temp, faceImage.view(), kDrawFace, layout);
-  Draw(*temp, work.view(), kDrawOutline, layout);
+  Draw(*temp, caller, faceImage.view(), kDrawFace, layout);
+  Draw(*temp, caller, work.view(), kDrawOutline, layout);
   const uint32_t bound = uint32_t{alpha} << 24;
   BlendOverClamped(faceImage.placed(), work.placed(), bound, bound);
   return true;
@@ -229,7 +231,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   const LayerAreas areas = AreasFor(image);
   PixelBuffer& work = image.pixels;
 
-  Draw(*temp, work.view(), kDrawFace, areas);
+  Draw(*temp, caller, work.view(), kDrawFace, areas);
   if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
   Blur(caller, work, caller.face.blurLevel);
   // An Outline that paints nothing would be replaced by the Face at the end: its drawing, border and
@@ -244,7 +246,7 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   PixelBuffer& outline = caller.scratch[1];
   if (!outline.reuse(work.width(), work.height())) return;
   outline.placeAt(work.rect().left, work.rect().top);
-  Draw(*temp, outline.view(), kDrawOutline, areas);
+  Draw(*temp, caller, outline.view(), kDrawOutline, areas);
   if (s.border && caller.bevel) {
     // Only what the Outline's blur can still carry onto the buffer must come out of the border right.
     const int64_t grow = BlurReach(caller.outline.blurLevel) + kReachSlack;

@@ -6,6 +6,7 @@
 #include "effects/blur_filter.h"
 #include "effects/channel_tint.h"
 #include "effects/emboss_filter.h"
+#include "effects/layer_drawing.h"
 #include "effects/tone_tables.h"
 
 namespace lx {
@@ -40,6 +41,7 @@ RenderProcess::RenderProcess() noexcept {
   if (tint) tint->setFactors(embossLight[0], embossLight[1], embossLight[2]);
   blur.reset(new (std::nothrow) BlurFilter);
   tones.reset(new (std::nothrow) ToneTables);
+  layers.reset(new (std::nothrow) LayerScratch);
 }
 
 RenderProcess::~RenderProcess() {
@@ -50,6 +52,7 @@ RenderProcess::~RenderProcess() {
   tint.reset();
   blur.reset();
   tones.reset();
+  layers.reset();
 }
 
 void RenderProcess::trimScratch() {
@@ -58,6 +61,7 @@ void RenderProcess::trimScratch() {
   }
   if (blur) blur->trimScratch(kKeptScratchBytes);
   if (bevel) bevel->trimScratch(kKeptScratchBytes);
+  if (layers) layers->trim(kKeptScratchBytes);
 }
 
 bool RenderProcess::copySettingsFrom(const RenderProcess& other) noexcept {

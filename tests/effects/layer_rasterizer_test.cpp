@@ -53,33 +53,37 @@ void Feed(Rasterizer& ras, const std::vector<Contour>& shape, bool close) {
 struct Case {
   const char* what;
   double clipW, clipH;   // clip box from (0, 0)
-  double lo, hi;         // vertex range on both axes
+  double lo, hi;         // vertex range across
+  double yLo, yHi;       // and down
   int contours, points;  // per shape
   bool close;            // explicit close_polygon (else left to the sweep)
   int navigateTo;        // INT32_MIN: sweep from the top
 };
 
 std::vector<Contour> RandomShape(const Case& c, std::mt19937& random) {
-  std::uniform_real_distribution<double> coord(c.lo, c.hi);
+  std::uniform_real_distribution<double> across(c.lo, c.hi), down(c.yLo, c.yHi);
   std::vector<Contour> shape(c.contours);
   for (Contour& contour : shape) {
-    for (int i = 0; i < c.points; ++i) contour.push_back({coord(random), coord(random)});
+    for (int i = 0; i < c.points; ++i) contour.push_back({across(random), down(random)});
   }
   return shape;
 }
 
 TEST(LayerRasterizer, SweepsEveryScanlineAsAggDoes) {
+  // Shapes whose extent holds up to 2^18 pixels are summed on a grid, larger ones through AGG's store.
   const Case cases[] = {
-      {"small shapes inside", 64, 64, 2, 60, 1, 5, true, INT32_MIN},
-      {"many overlapping contours", 64, 48, 0, 48, 12, 7, false, INT32_MIN},
-      {"crossing every side of the clip", 40, 30, -30, 70, 3, 9, true, INT32_MIN},
-      {"sub-pixel slivers", 16, 16, 7.9, 8.3, 2, 4, true, INT32_MIN},
-      {"far off and huge", 200, 100, -1e7, 1e7, 2, 6, false, INT32_MIN},
-      {"edges longer than AGG splits", 40000, 8, -10, 40010, 2, 5, true, INT32_MIN},
-      {"dense, 300 edges", 128, 128, -5, 133, 1, 300, true, INT32_MIN},
-      {"started part-way down", 64, 64, 0, 64, 3, 8, true, 30},
-      {"wider rows than one mark word", 500, 20, -20, 520, 4, 40, false, INT32_MIN},
+      {"small shapes inside", 64, 64, 2, 60, 2, 60, 1, 5, true, INT32_MIN},
+      {"many overlapping contours", 64, 48, 0, 48, 0, 48, 12, 7, false, INT32_MIN},
+      {"crossing every side of the clip", 40, 30, -30, 70, -30, 70, 3, 9, true, INT32_MIN},
+      {"sub-pixel slivers", 16, 16, 7.9, 8.3, 7.9, 8.3, 2, 4, true, INT32_MIN},
+      {"far off and huge", 200, 100, -1e7, 1e7, -1e7, 1e7, 2, 6, false, INT32_MIN},
+      {"dense, 300 edges", 128, 128, -5, 133, -5, 133, 1, 300, true, INT32_MIN},
+      {"started part-way down", 64, 64, 0, 64, 0, 64, 3, 8, true, 30},
+      {"wider rows than one mark word", 500, 20, -20, 520, -5, 25, 4, 40, false, INT32_MIN},
+      {"too large for the grid", 700, 500, -50, 750, -50, 750, 3, 12, false, INT32_MIN},
+      {"too large for the grid, started part-way down", 700, 500, -50, 750, -50, 750, 3, 12, true, 250},
   };
+
   std::mt19937 random(5);
   for (const Case& c : cases) {
     lx::LayerRasterizer ours;
@@ -96,6 +100,21 @@ TEST(LayerRasterizer, SweepsEveryScanlineAsAggDoes) {
       const std::string expected = Sweep(theirs, c.navigateTo);
       ASSERT_EQ(Sweep(ours, c.navigateTo), expected) << c.what << ", round " << round;
     }
+  }
+}
+
+// AGG halves an edge longer than 16384 pixels across, then walks it whole as well: a sloped band that
+// long, once on the grid and once too large for it.
+TEST(LayerRasterizer, SweepsEdgesLongerThanAggHalvesAsAggDoes) {
+  for (double width : {16500.0, 40000.0}) {
+    const std::vector<Contour> band = {{{5, 1}, {width - 5, 12.5}, {width - 5, 13}, {5, 3}}};
+    lx::LayerRasterizer ours;
+    AggRasterizer theirs;
+    ours.clip_box(0, 0, width, 14);
+    theirs.clip_box(0, 0, width, 14);
+    Feed(ours, band, true);
+    Feed(theirs, band, true);
+    EXPECT_EQ(Sweep(ours, INT32_MIN), Sweep(theirs, INT32_MIN)) << width;
   }
 }
 
