@@ -26,6 +26,46 @@ unsigned CoverageOf(uint32_t area) {
   return cover > 255 ? 255u : static_cast<unsigned>(cover);
 }
 
+// p / d rounded down (d > 0), and the remainder, which then lies in [0, d): how AGG divides its steps.
+struct FloorDivision {
+  int quotient;
+  int remainder;
+};
+
+FloorDivision FloorDivide(long long p, long long d) {
+  FloorDivision f{static_cast<int>(p / d), static_cast<int>(p % d)};
+  if (f.remainder < 0) {
+    --f.quotient;
+    f.remainder = static_cast<int>(f.remainder + d);
+  }
+  return f;
+}
+
+// The steps of a line after its first: each p / d rounded down or one more, the fraction carried from
+// step to step as AGG carries it, starting from the remainder `carried` that the first step left.
+class Steps {
+ public:
+  Steps(long long p, long long d, int carried) : d_(d), mod_(static_cast<int>(carried - d)) {
+    const FloorDivision f = FloorDivide(p, d);
+    lift_ = f.quotient;
+    rem_ = f.remainder;
+  }
+  int next() {
+    int delta = lift_;
+    mod_ += rem_;
+    if (mod_ >= 0) {
+      mod_ = static_cast<int>(mod_ - d_);
+      ++delta;
+    }
+    return delta;
+  }
+
+ private:
+  long long d_;
+  int mod_;
+  int lift_ = 0, rem_ = 0;
+};
+
 // AGG's cell walk (rasterizer_cells_aa::line and render_hline, step for step), adding each finished cell
 // to the grid instead of storing it. The current cell gathers what the walk lays into it and is added
 // when the walk moves on, so the grid counts cells exactly as AGG's store does.
@@ -88,33 +128,15 @@ class GridWalk {
       incr = -1;
       dy = -dy;
     }
-    int delta = static_cast<int>(p / dy);
-    int mod = static_cast<int>(p % dy);
-    if (mod < 0) {
-      --delta;
-      mod = static_cast<int>(mod + dy);
-    }
-    int xFrom = x1 + delta;
+    const FloorDivision start = FloorDivide(p, dy);
+    int xFrom = x1 + start.quotient;
     hline(ey1, x1, fy1, xFrom, first);
     ey1 += incr;
     setCell(xFrom >> kShift, ey1);
     if (ey1 != ey2) {
-      p = kScale * dx;
-      int lift = static_cast<int>(p / dy);
-      int rem = static_cast<int>(p % dy);
-      if (rem < 0) {
-        --lift;
-        rem = static_cast<int>(rem + dy);
-      }
-      mod = static_cast<int>(mod - dy);
+      Steps steps(kScale * dx, dy, start.remainder);
       while (ey1 != ey2) {
-        delta = lift;
-        mod += rem;
-        if (mod >= 0) {
-          mod = static_cast<int>(mod - dy);
-          ++delta;
-        }
-        const int xTo = xFrom + delta;
+        const int xTo = xFrom + steps.next();
         hline(ey1, xFrom, kScale - first, xTo, first);
         xFrom = xTo;
         ey1 += incr;
@@ -155,32 +177,16 @@ class GridWalk {
       incr = -1;
       dx = -dx;
     }
-    int delta = static_cast<int>(p / dx);
-    int mod = static_cast<int>(p % dx);
-    if (mod < 0) {
-      --delta;
-      mod = static_cast<int>(mod + dx);
-    }
+    const FloorDivision start = FloorDivide(p, dx);
+    int delta = start.quotient;
     add(delta, (fx1 + first) * delta);
     ex1 += incr;
     setCell(ex1, ey);
     y1 += delta;
     if (ex1 != ex2) {
-      p = kScale * (y2 - y1 + delta);
-      int lift = static_cast<int>(p / dx);
-      int rem = static_cast<int>(p % dx);
-      if (rem < 0) {
-        --lift;
-        rem = static_cast<int>(rem + dx);
-      }
-      mod = static_cast<int>(mod - dx);
+      Steps steps(kScale * (y2 - y1 + delta), dx, start.remainder);
       while (ex1 != ex2) {
-        delta = lift;
-        mod += rem;
-        if (mod >= 0) {
-          mod = static_cast<int>(mod - dx);
-          ++delta;
-        }
+        delta = steps.next();
         add(delta, kScale * delta);
         y1 += delta;
         ex1 += incr;
