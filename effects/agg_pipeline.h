@@ -68,36 +68,15 @@ struct LayerBlender : agg::conv_rgba_pre<agg::rgba8, agg::order_bgra> {
 using LayerColour = agg::rgba8;
 
 // Lays one colour over len pixels (blue, green, red, alpha bytes) with the coverages given, by the rule
-// of LayerBlender. Full coverage in an opaque colour, most of a large shape, stores the pixel whole, four
-// at a time where four coverages in a row are full.
+// of LayerBlender. Full coverage in an opaque colour, most of a large shape, stores the pixel whole.
 inline void BlendSolidSpan(agg::int8u* p, int len, const LayerColour& c, const agg::int8u* covers) {
   const agg::int8u bytes[4] = {c.b, c.g, c.r, c.a};
   const bool opaque = c.a == 255;
-  int i = 0;
-  if (opaque) {
-    agg::int8u four[16];
-    for (int k = 0; k < 16; k += 4) std::memcpy(four + k, bytes, 4);
-    while (i + 4 <= len) {
-      uint32_t run;
-      std::memcpy(&run, covers + i, 4);
-      if (run == 0xFFFFFFFFu) {
-        std::memcpy(p + 4 * i, four, 16);
-        i += 4;
-        continue;
-      }
-      if (covers[i] == agg::cover_full) {
-        std::memcpy(p + 4 * i, bytes, 4);
-      } else {
-        LayerBlender::blend_pix(p + 4 * i, c.r, c.g, c.b, c.a, covers[i]);
-      }
-      ++i;
-    }
-  }
-  for (; i < len; ++i) {
+  for (int i = 0; i < len; ++i, p += 4) {
     if (opaque && covers[i] == agg::cover_full) {
-      std::memcpy(p + 4 * i, bytes, 4);
+      std::memcpy(p, bytes, 4);
     } else {
-      LayerBlender::blend_pix(p + 4 * i, c.r, c.g, c.b, c.a, covers[i]);
+      LayerBlender::blend_pix(p, c.r, c.g, c.b, c.a, covers[i]);
     }
   }
 }

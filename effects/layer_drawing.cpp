@@ -161,9 +161,14 @@ uint8_t AlphaOf(uint32_t packed) {
 
 }  // namespace
 
-LayerScratch::LayerScratch() noexcept : rasterizer_(new (std::nothrow) LayerRasterizer) {}
+LayerScratch::LayerScratch() noexcept = default;
 
 LayerScratch::~LayerScratch() = default;
+
+LayerRasterizer* LayerScratch::rasterizer() {
+  if (!rasterizer_) rasterizer_.reset(new (std::nothrow) LayerRasterizer);
+  return rasterizer_.get();
+}
 
 void LayerScratch::trim(size_t maxBytes) {
   if (rasterizer_) rasterizer_->trim(maxBytes);

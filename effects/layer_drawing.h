@@ -26,8 +26,9 @@ class LayerScratch {
   LayerScratch(const LayerScratch&) = delete;
   LayerScratch& operator=(const LayerScratch&) = delete;
 
-  // Null when its allocation failed; drawing then uses a rasterizer of its own.
-  LayerRasterizer* rasterizer() { return rasterizer_.get(); }
+  // Made on first use, so that a process that never draws holds none; null when that allocation failed,
+  // and drawing then uses a rasterizer of its own.
+  LayerRasterizer* rasterizer();
   // Gives back the memory held beyond maxBytes.
   void trim(size_t maxBytes);
 

@@ -66,10 +66,16 @@ class Steps {
   int lift_ = 0, rem_ = 0;
 };
 
+// Adds one cell to a row of sums, and marks its column.
+void AddCell(CellSum* sums, uint64_t* marks, size_t column, uint32_t cover, uint32_t area) {
+  sums[column].cover += cover;
+  sums[column].area += area;
+  marks[column >> 6] |= uint64_t{1} << (column & 63);
+}
+
 // AGG's cell walk (rasterizer_cells_aa::line and render_hline, step for step), adding each finished cell
 // to the grid instead of storing it. The current cell gathers what the walk lays into it and is added
 // when the walk moves on, so the grid counts cells exactly as AGG's store does.
-template <class CellSum>
 class GridWalk {
  public:
   GridWalk(CellSum* sums, uint64_t* marks, size_t words, int left, int top, int width)
@@ -214,12 +220,9 @@ class GridWalk {
   void flush() {
     if ((cover_ | area_) == 0 || stored_ >= kCellLimit) return;
     ++stored_;
-    const size_t column = static_cast<size_t>(x_ - left_);
     const size_t row = static_cast<size_t>(y_ - top_);
-    CellSum& sum = sums_[row * static_cast<size_t>(width_) + column];
-    sum.cover += cover_;
-    sum.area += area_;
-    marks_[row * words_ + (column >> 6)] |= uint64_t{1} << (column & 63);
+    AddCell(sums_ + row * static_cast<size_t>(width_), marks_ + row * words_, static_cast<size_t>(x_ - left_),
+            cover_, area_);
   }
 
   CellSum* sums_;
@@ -312,7 +315,7 @@ bool LayerRasterizer::prepare() {
   if (sums_.size() < static_cast<size_t>(width) * rows) sums_.resize(static_cast<size_t>(width) * rows);
   if (marks_.size() < words_ * rows) marks_.resize(words_ * rows);
   if (onGrid_) {
-    GridWalk<CellSum> walk(sums_.data(), marks_.data(), words_, lines_.minX, lines_.minY, gridWidth_);
+    GridWalk walk(sums_.data(), marks_.data(), words_, lines_.minX, lines_.minY, gridWidth_);
     for (const Segment& s : lines_.segments) walk.line(s.x1, s.y1, s.x2, s.y2);
     cells_ = walk.finish();
     gridDirty_ = true;
@@ -332,12 +335,12 @@ void LayerRasterizer::trim(size_t maxBytes) {
     std::vector<CellSum>().swap(sums_);
     std::vector<uint64_t>().swap(marks_);
   }
+  if (lines_.segments.capacity() * sizeof(Segment) > maxBytes) std::vector<Segment>().swap(lines_.segments);
   // A stored cell takes 16 bytes in its block and 8 in the scanline index.
   if (storeCells_ * 24 > maxBytes) {
     store_.reset();
     storeCells_ = 0;
   }
-  std::vector<Segment>().swap(lines_.segments);
 }
 
 bool LayerRasterizer::rewind_scanlines() {
@@ -364,10 +367,8 @@ bool LayerRasterizer::sweep_scanline(agg::scanline_u8& sl) {
       // The scanline's cells, summed into the one reused row and cleared again by the sweep.
       const LayerCell* const* cells = store_->scanline_cells(scanY_);
       for (unsigned i = 0; i < count; ++i) {
-        const size_t at = static_cast<size_t>(cells[i]->x - min_x());
-        sums_[at].cover += static_cast<uint32_t>(cells[i]->cover);
-        sums_[at].area += static_cast<uint32_t>(cells[i]->area);
-        marks_[at >> 6] |= uint64_t{1} << (at & 63);
+        AddCell(sums_.data(), marks_.data(), static_cast<size_t>(cells[i]->x - min_x()),
+                static_cast<uint32_t>(cells[i]->cover), static_cast<uint32_t>(cells[i]->area));
       }
       sweepRow<true>(sums_.data(), marks_.data(), words_, sl);
     }

@@ -39,6 +39,12 @@ struct LayerCell {
   }
 };
 
+// The sums of the cells at one pixel, modulo 2^32 as AGG's ints would wrap.
+struct CellSum {
+  uint32_t cover;
+  uint32_t area;
+};
+
 }  // namespace lx
 
 namespace agg {
@@ -97,12 +103,6 @@ class LayerRasterizer {
 
     void clear();
     void line(int x1, int y1, int x2, int y2);
-  };
-
-  // The sums of the cells at one x, modulo 2^32 as AGG's ints would wrap.
-  struct CellSum {
-    uint32_t cover;
-    uint32_t area;
   };
 
   bool prepare();
