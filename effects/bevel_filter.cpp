@@ -38,6 +38,19 @@ inline int32_t Clamp(int64_t x, int32_t n) {
   return static_cast<int32_t>(std::clamp<int64_t>(x, 0, n - 1));
 }
 
+// Byte 0 weighs 0.3 and byte 2 0.11 here, the other way round from the emboss tint.
+inline int32_t Luminance(uint32_t b0, uint32_t b1, uint32_t b2) {
+  return static_cast<int32_t>(0.11 * b2 + 0.59 * b1 + 0.3 * b0 + 0.5);
+}
+
+// The luminance of a pixel whose three colour bytes are all g.
+struct GreyLuminance {
+  int32_t of[256];
+  GreyLuminance() {
+    for (uint32_t g = 0; g < 256; ++g) of[g] = Luminance(g, g, g);
+  }
+};
+
 }  // namespace
 
 BevelFilter::BevelFilter() {
@@ -96,16 +109,80 @@ void BevelFilter::readHeights(const PixelView& image, int32_t row, int32_t* heig
   for (int32_t x = 0; x < image.width; ++x) {
     const uint32_t v = p[x];
     if (v != previous) {
-      // Byte 0 weighs 0.3 and byte 2 0.11 here, the other way round from the emboss tint.
-      const int32_t lum =
-          static_cast<int32_t>(0.11 * ((v >> 16) & 0xFF) + 0.59 * ((v >> 8) & 0xFF) + 0.3 * (v & 0xFF) + 0.5);
-      const int32_t h = (lum - offset) * static_cast<int32_t>(v >> 24);
-      // h / 255 + offset lies between lum and offset, so the index stays within the profile.
-      const int32_t index = static_cast<int32_t>(h * kByteScale + offset);
+      const int32_t lum = Luminance(v & 0xFF, (v >> 8) & 0xFF, (v >> 16) & 0xFF);
       previous = v;
-      previousHeight = profile_[std::clamp(index, 0, 255)];
+      previousHeight = heightOf(lum, v >> 24);
     }
     heights[x] = previousHeight;
+  }
+}
+
+int32_t BevelFilter::heightOf(int32_t lum, uint32_t alpha) const {
+  const int32_t offset = settings_.heightOffset;
+  const int32_t h = (lum - offset) * static_cast<int32_t>(alpha);
+  // h / 255 + offset lies between lum and offset, so the index stays within the profile.
+  const int32_t index = static_cast<int32_t>(h * kByteScale + offset);
+  return profile_[std::clamp(index, 0, 255)];
+}
+
+void BevelFilter::readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t* heights) const {
+  static const GreyLuminance luminance;
+  const uint8_t* grey = planes.greyRow(row);
+  const uint8_t* alpha = planes.alphaRow(row);
+  uint32_t previous = 0;  // alpha and grey together; a run of one pair takes its height at once
+  int32_t previousHeight = heightOf(luminance.of[0], 0);
+  for (int32_t x = 0; x < planes.width; ++x) {
+    const uint32_t pair = uint32_t{alpha[x]} << 8 | grey[x];
+    if (pair != previous) {
+      previous = pair;
+      previousHeight = heightOf(luminance.of[grey[x]], alpha[x]);
+    }
+    heights[x] = previousHeight;
+  }
+}
+
+void BevelFilter::shadeGrey(const GreyPlanes& planes) {
+  if (planes.empty() || !reserveRows(planes.width)) return;
+  const int32_t width = planes.width;
+  const int32_t height = planes.height;
+  int32_t* top = heightRows_[0].data();
+  int32_t* middle = heightRows_[1].data();
+  int32_t* bottom = heightRows_[2].data();
+  int32_t* sums = columnRows_[0].data();
+  int32_t* falls = columnRows_[1].data();
+  readGreyHeights(planes, 0, top);
+  readGreyHeights(planes, 0, middle);
+  readGreyHeights(planes, Clamp(1, height), bottom);
+  for (int32_t y = 0; y < height; ++y) {
+    for (int32_t c = 0; c < width; ++c) {
+      sums[c + 1] = top[c] + middle[c] + bottom[c];
+      falls[c + 1] = bottom[c] - top[c];
+    }
+    sums[0] = sums[1];
+    falls[0] = falls[1];
+    sums[width + 1] = sums[width];
+    falls[width + 1] = falls[width];
+    // Only the pixels with alpha need their shade: the grey of the others is never read again.
+    uint8_t* grey = planes.greyRow(y);
+    const uint8_t* alpha = planes.alphaRow(y);
+    int32_t lastNx = 0, lastNy = 0;
+    double factor = lz_ / fullLight_;
+    for (int32_t x = 0; x < width; ++x) {
+      if (alpha[x] == 0) continue;
+      const int32_t nx = sums[x] - sums[x + 2];
+      const int32_t ny = falls[x] + falls[x + 1] + falls[x + 2];
+      if (nx != lastNx || ny != lastNy) {
+        lastNx = nx;
+        lastNy = ny;
+        factor = lightAt(nx, ny) / fullLight_;
+      }
+      grey[x] = static_cast<uint8_t>(std::min(static_cast<uint32_t>(grey[x] * factor), 255u));
+    }
+    if (y + 1 < height) {
+      std::swap(top, middle);
+      std::swap(middle, bottom);
+      readGreyHeights(planes, Clamp(y + 2, height), bottom);
+    }
   }
 }
 
@@ -209,11 +286,13 @@ int32_t BevelFilter::lightAt(int32_t nx, int32_t ny) const {
 
 void BevelFilter::trimScratch(size_t maxBytes) {
   if (original_.capacity() * sizeof(uint32_t) > maxBytes) std::vector<uint32_t>().swap(original_);
+  if (planes_.capacity() > maxBytes) std::vector<uint8_t>().swap(planes_);
+  if (planeScratch_.capacity() > maxBytes) std::vector<uint8_t>().swap(planeScratch_);
 }
 
 void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, int passes,
                               double azimuthRadians, unsigned blurRadius, BlurFilter* blur,
-                              const IntRect& keep) {
+                              const IntRect& keep, BorderWork work, KernelPath path) {
   if (passes < 1 || image.empty()) return;
   BevelSettings border;
   border.azimuth = azimuthRadians;
@@ -221,17 +300,113 @@ void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, i
   border.depth = 2.5;
   border.profile = static_cast<int32_t>(BevelProfile::kRound);
   configure(border);
+  if (static_cast<size_t>(image.width) > SIZE_MAX / 4 / static_cast<size_t>(image.height)) return;
+  const bool planes = work == BorderWork::kGreyPlanes && (blur == nullptr || blurRadius == kGreyBlurRadius);
+  if (planes && applyGreyBorder(image, passes, blur != nullptr, keep, path)) return;
+  applyPixelBorder(image, passes, blurRadius, blur, keep);
+}
 
+namespace {
+
+// The part of an image of width x height pixels within `grow` of `keep` (the whole image when keep is
+// empty). A pixel of the kept part depends on pixels as far away as the border's steps still to come
+// reach, and no further: each step works only on the kept part grown by that much, so a deep border
+// costs what the kept part needs, not passes times the whole image.
+IntRect Reaching(int32_t width, int32_t height, const IntRect& keep, int64_t grow) {
+  if (keep.empty()) return {0, 0, width, height};
+  const int64_t left = std::max<int64_t>(0, keep.left - grow);
+  const int64_t top = std::max<int64_t>(0, keep.top - grow);
+  const int64_t right = std::min<int64_t>(width, keep.right + grow);
+  const int64_t bottom = std::min<int64_t>(height, keep.bottom + grow);
+  if (right <= left || bottom <= top) return IntRect{};
+  return {static_cast<int32_t>(left), static_cast<int32_t>(top), static_cast<int32_t>(right),
+          static_cast<int32_t>(bottom)};
+}
+
+PixelView Part(const PixelView& image, const IntRect& r) {
+  if (r.empty()) return PixelView{};
+  return {image.pixels + static_cast<ptrdiff_t>(r.top) * image.stride + static_cast<ptrdiff_t>(r.left) * 4,
+          r.right - r.left, r.bottom - r.top, image.stride};
+}
+
+GreyPlanes Part(const GreyPlanes& planes, const IntRect& r) {
+  if (r.empty()) return GreyPlanes{};
+  return planes.part(r.left, r.top, r.right, r.bottom);
+}
+
+// The blur's reach, and a pass's: the shading reads one neighbour.
+int64_t BorderBlurReach(bool blurred, unsigned radius) {
+  return blurred ? 3 * int64_t{std::min(radius, BlurFilter::kMaxRadius)} : 0;
+}
+
+// Mid grey (127) leaves the outline's colour as it was; lighter lifts it, darker lowers it.
+inline uint32_t Lifted(uint32_t original, int32_t grey) {
+  const int32_t lift = grey - 127;
+  uint32_t out = original & 0xFF000000u;
+  for (int k = 0; k < 3; ++k) {
+    const int32_t v = static_cast<int32_t>((original >> (8 * k)) & 0xFF) + lift;
+    out |= static_cast<uint32_t>(std::clamp(v, 0, 255)) << (8 * k);
+  }
+  return out;
+}
+
+}  // namespace
+
+bool BevelFilter::applyGreyBorder(const PixelView& image, int passes, bool blurred, const IntRect& keep,
+                                  KernelPath path) {
   const size_t width = static_cast<size_t>(image.width);
   const size_t height = static_cast<size_t>(image.height);
-  if (width > SIZE_MAX / 4 / height) return;
+  try {
+    if (planes_.size() < 2 * width * height) planes_.resize(2 * width * height);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  uint8_t* grey = planes_.data();
+  uint8_t* alpha = grey + width * height;
+  const GreyPlanes planes{grey, alpha, image.width, image.height, image.width};
+  // The bevel is shaded on a white copy of the stroke, softened so that its edges slope.
+  for (int32_t y = 0; y < image.height; ++y) {
+    const uint32_t* row = image.row(y);
+    uint8_t* g = planes.greyRow(y);
+    uint8_t* a = alpha + y * width;
+    for (size_t x = 0; x < width; ++x) {
+      a[x] = static_cast<uint8_t>(row[x] >> 24);
+      g[x] = a[x] != 0 ? 255 : 0;
+    }
+  }
+  const int64_t blurReach = BorderBlurReach(blurred, kGreyBlurRadius);
+  const int64_t passReach = blurReach + 1;
+  const auto blur = [&](int64_t grow) {
+    return !blurred ||
+           BlurGreyPlanes(Part(planes, Reaching(image.width, image.height, keep, grow)), planeScratch_, path);
+  };
+  if (!blur(blurReach + passReach * passes)) return false;
+  for (int i = 0; i < passes; ++i) {
+    const int64_t later = passReach * (passes - 1 - i);
+    shadeGrey(Part(planes, Reaching(image.width, image.height, keep, later + passReach)));
+    if (!blur(later + blurReach)) return false;
+  }
+  for (int32_t y = 0; y < image.height; ++y) {
+    uint32_t* row = image.row(y);
+    const uint8_t* g = planes.greyRow(y);
+    const uint8_t* a = planes.alphaRow(y);
+    for (size_t x = 0; x < width; ++x) {
+      if (a[x] != 0) row[x] = Lifted(row[x], g[x]);
+    }
+  }
+  return true;
+}
+
+void BevelFilter::applyPixelBorder(const PixelView& image, int passes, unsigned blurRadius, BlurFilter* blur,
+                                   const IntRect& keep) {
+  const size_t width = static_cast<size_t>(image.width);
+  const size_t height = static_cast<size_t>(image.height);
   try {
     if (original_.size() < width * height) original_.resize(width * height);
   } catch (const std::bad_alloc&) {
     return;
   }
-  // The bevel is shaded on a white copy of the stroke, softened so that its edges slope; the stroke as
-  // it was is kept on the way.
+  // The stroke as it was is kept on the way.
   for (size_t y = 0; y < height; ++y) {
     uint32_t* row = image.row(static_cast<int32_t>(y));
     uint32_t* kept = &original_[y * width];
@@ -241,24 +416,10 @@ void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, i
       if (v >> 24) row[x] = v | 0x00FFFFFFu;
     }
   }
-  // A pixel of the kept part depends on pixels as far away as the steps still to come reach, and no
-  // further: each step works only on the kept part grown by that much, so a deep border costs what the
-  // kept part needs, not passes times the whole image.
-  const int64_t blurReach = blur != nullptr ? 3 * int64_t{std::min(blurRadius, BlurFilter::kMaxRadius)} : 0;
+  const int64_t blurReach = BorderBlurReach(blur != nullptr, blurRadius);
   const int64_t passReach = blurReach + 1;
   const auto reaching = [&](int64_t grow) {
-    if (keep.empty()) return image;
-    const int64_t left = std::max<int64_t>(0, keep.left - grow);
-    const int64_t top = std::max<int64_t>(0, keep.top - grow);
-    const int64_t right = std::min<int64_t>(image.width, keep.right + grow);
-    const int64_t bottom = std::min<int64_t>(image.height, keep.bottom + grow);
-    PixelView part;
-    if (right <= left || bottom <= top) return part;
-    part.pixels = image.pixels + top * image.stride + left * 4;
-    part.width = static_cast<int32_t>(right - left);
-    part.height = static_cast<int32_t>(bottom - top);
-    part.stride = image.stride;
-    return part;
+    return Part(image, Reaching(image.width, image.height, keep, grow));
   };
   const bool colourOnly[4] = {true, true, true, false};
   if (blur != nullptr) {
@@ -270,8 +431,6 @@ void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, i
     if (blur != nullptr)
       blur->blurChannels(reaching(later + blurReach), blurRadius, blurRadius, colourOnly, 1);
   }
-
-  // Mid grey (127) leaves the outline's colour as it was; lighter lifts it, darker lowers it.
   for (size_t y = 0; y < height; ++y) {
     uint32_t* row = image.row(static_cast<int32_t>(y));
     uint32_t* kept = &original_[y * width];
@@ -280,13 +439,7 @@ void BevelFilter::applyBorder(const PixelView& image, double elevationDegrees, i
       if ((lit >> 24) == 0) continue;
       const int32_t grey = static_cast<int32_t>(
           (77 * (lit & 0xFF) + 150 * ((lit >> 8) & 0xFF) + 29 * ((lit >> 16) & 0xFF)) >> 8);
-      const int32_t lift = grey - 127;
-      uint32_t out = kept[x] & 0xFF000000u;
-      for (int k = 0; k < 3; ++k) {
-        const int32_t v = static_cast<int32_t>((kept[x] >> (8 * k)) & 0xFF) + lift;
-        out |= static_cast<uint32_t>(std::clamp(v, 0, 255)) << (8 * k);
-      }
-      kept[x] = out;
+      kept[x] = Lifted(kept[x], grey);
     }
     std::memcpy(row, kept, width * 4);
   }

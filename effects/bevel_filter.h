@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "effects/effect_object.h"
+#include "effects/grey_plane_blur.h"
+#include "effects/kernel_path.h"
 #include "image/pixel_view.h"
 
 namespace lx {
@@ -14,6 +16,12 @@ class BlurFilter;
 
 // How luminance becomes height.
 enum class BevelProfile : int32_t { kLinear = 0, kRound = 1, kSCurve = 2 };
+
+// How the 3D border is worked: on a grey byte plane beside the stroke's alpha, or on the pixels
+// themselves. The whitened stroke keeps its three colour bytes equal wherever alpha is non-zero, and
+// nothing else reaches the result, so both give the same image; the planes take a quarter of the
+// memory traffic. They need no blur or one of radius kGreyBlurRadius; other radii work on the pixels.
+enum class BorderWork { kGreyPlanes, kPixels };
 
 // The shading parameters, set together.
 struct BevelSettings {
@@ -48,11 +56,13 @@ class BevelFilter : public EffectObject {
   // colours and alpha, lightened where the bevel faces the light and darkened where it faces away.
   // Does nothing for passes < 1 or an empty view; without a blur object the blur steps are skipped.
   // `keep` is the part of the image whose pixels must come out right (empty: the whole image); pixels
-  // outside it may be left as anything, which lets the passes skip what cannot reach it.
+  // outside it may be left as anything, which lets the passes skip what cannot reach it. `work` and
+  // `path` choose the method and kernels (the same image either way).
   void applyBorder(const PixelView& image, double elevationDegrees, int passes, double azimuthRadians,
-                   unsigned blurRadius, BlurFilter* blur, const IntRect& keep = IntRect{});
+                   unsigned blurRadius, BlurFilter* blur, const IntRect& keep = IntRect{},
+                   BorderWork work = BorderWork::kGreyPlanes, KernelPath path = KernelPath::kWide);
 
-  // Gives back the kept copy of the last image when it holds more than maxBytes.
+  // Gives back the kept planes or copy of the last image when they hold more than maxBytes.
   void trimScratch(size_t maxBytes);
 
   // The height profile in use (256 entries).
@@ -63,6 +73,17 @@ class BevelFilter : public EffectObject {
   // The light on a pixel whose height field slopes by nx across and ny down.
   int32_t lightAt(int32_t nx, int32_t ny) const;
   void readHeights(const PixelView& image, int32_t row, int32_t* heights) const;
+  // The profile's height for a pixel of luminance lum and alpha `alpha`.
+  int32_t heightOf(int32_t lum, uint32_t alpha) const;
+  // The border's steps on the planes, or on the pixels. The planes' steps refuse (false, the image
+  // untouched) when their memory cannot be had.
+  bool applyGreyBorder(const PixelView& image, int passes, bool blurred, const IntRect& keep,
+                       KernelPath path);
+  void applyPixelBorder(const PixelView& image, int passes, unsigned blurRadius, BlurFilter* blur,
+                        const IntRect& keep);
+  // shade() on the grey plane, for the border's settings (no offsets, no wrap).
+  void shadeGrey(const GreyPlanes& planes);
+  void readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t* heights) const;
 
   BevelSettings settings_;
   int32_t lx_ = 0, ly_ = 0, lz_ = 0, nz_ = 0, nz2_ = 0, nzlz_ = 0;
@@ -76,8 +97,11 @@ class BevelFilter : public EffectObject {
   std::vector<int32_t> heightRows_[3];
   // The column sums and falls of the middle height row, and the shade of each of its pixels.
   std::vector<int32_t> columnRows_[3];
-  // The Outline as it was before the border, re-tinted at the end.
+  // The Outline as it was before the border, re-tinted at the end (worked on the pixels); or the grey
+  // plane, the alpha plane and the blur's scratch (worked on the planes).
   std::vector<uint32_t> original_;
+  std::vector<uint8_t> planes_;
+  std::vector<uint8_t> planeScratch_;
 };
 
 }  // namespace lx
