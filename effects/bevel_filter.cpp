@@ -44,12 +44,15 @@ inline int32_t Luminance(uint32_t b0, uint32_t b1, uint32_t b2) {
 }
 
 // The luminance of a pixel whose three colour bytes are all g.
-struct GreyLuminance {
-  int32_t of[256];
-  GreyLuminance() {
-    for (uint32_t g = 0; g < 256; ++g) of[g] = Luminance(g, g, g);
-  }
-};
+int32_t GreyLuminanceOf(uint32_t g) {
+  static const struct Table {
+    int32_t of[256];
+    Table() {
+      for (uint32_t v = 0; v < 256; ++v) of[v] = Luminance(v, v, v);
+    }
+  } table;
+  return table.of[g];
+}
 
 }  // namespace
 
@@ -126,23 +129,27 @@ int32_t BevelFilter::heightOf(int32_t lum, uint32_t alpha) const {
 }
 
 void BevelFilter::readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t* heights) const {
-  static const GreyLuminance luminance;
   const uint8_t* grey = planes.greyRow(row);
   const uint8_t* alpha = planes.alphaRow(row);
-  uint32_t previous = 0;  // alpha and grey together; a run of one pair takes its height at once
-  int32_t previousHeight = heightOf(luminance.of[0], 0);
   for (int32_t x = 0; x < planes.width; ++x) {
-    const uint32_t pair = uint32_t{alpha[x]} << 8 | grey[x];
-    if (pair != previous) {
-      previous = pair;
-      previousHeight = heightOf(luminance.of[grey[x]], alpha[x]);
-    }
-    heights[x] = previousHeight;
+    const uint32_t a = alpha[x];
+    heights[x] = a == 0     ? clearHeight_
+                 : a == 255 ? opaqueHeights_[grey[x]]
+                            : heightOf(GreyLuminanceOf(grey[x]), a);
   }
 }
 
 void BevelFilter::shadeGrey(const GreyPlanes& planes) {
   if (planes.empty() || !reserveRows(planes.width)) return;
+  // Most pixels are clear or opaque: their heights come from a table, and so does the factor each
+  // shade scales the grey by (a shade never passes the light's length, at most 255 * sqrt(2)).
+  clearHeight_ = heightOf(GreyLuminanceOf(0), 0);
+  for (uint32_t g = 0; g < 256; ++g) opaqueHeights_[g] = heightOf(GreyLuminanceOf(g), 255);
+  for (int32_t shade = 0; shade < kShadeFactors; ++shade) shadeFactors_[shade] = shade / fullLight_;
+  const auto factorOf = [this](int32_t shade) {
+    return shade >= 0 && shade < kShadeFactors ? shadeFactors_[shade] : shade / fullLight_;
+  };
+
   const int32_t width = planes.width;
   const int32_t height = planes.height;
   int32_t* top = heightRows_[0].data();
@@ -162,20 +169,15 @@ void BevelFilter::shadeGrey(const GreyPlanes& planes) {
     falls[0] = falls[1];
     sums[width + 1] = sums[width];
     falls[width + 1] = falls[width];
-    // Only the pixels with alpha need their shade: the grey of the others is never read again.
+    // Only the pixels with alpha need their shade: the grey of the others is never read again. Each
+    // is worked on its own, so the divisions of neighbouring pixels overlap.
     uint8_t* grey = planes.greyRow(y);
     const uint8_t* alpha = planes.alphaRow(y);
-    int32_t lastNx = 0, lastNy = 0;
-    double factor = lz_ / fullLight_;
     for (int32_t x = 0; x < width; ++x) {
       if (alpha[x] == 0) continue;
       const int32_t nx = sums[x] - sums[x + 2];
       const int32_t ny = falls[x] + falls[x + 1] + falls[x + 2];
-      if (nx != lastNx || ny != lastNy) {
-        lastNx = nx;
-        lastNy = ny;
-        factor = lightAt(nx, ny) / fullLight_;
-      }
+      const double factor = factorOf(lightAt(nx, ny));
       grey[x] = static_cast<uint8_t>(std::min(static_cast<uint32_t>(grey[x] * factor), 255u));
     }
     if (y + 1 < height) {

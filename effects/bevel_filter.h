@@ -92,6 +92,12 @@ class BevelFilter : public EffectObject {
   double highlight_ = 0.0;    // H = strength / 255
   int32_t unlitShade_ = 0;    // S = strength * sine
   uint8_t profile_[256] = {};
+  // The grey shading's tables: the height of a clear pixel and of an opaque one of each grey, and the
+  // factor each shade scales the grey by.
+  static constexpr int32_t kShadeFactors = 512;
+  int32_t clearHeight_ = 0;
+  int32_t opaqueHeights_[256] = {};
+  double shadeFactors_[kShadeFactors] = {};
 
   // Row buffers kept between passes and calls: three height rows.
   std::vector<int32_t> heightRows_[3];

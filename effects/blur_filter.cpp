@@ -131,8 +131,20 @@ void BlurFilter::blurChannels(const PixelView& image, unsigned rx, unsigned ry, 
   run(image, rx, ry, mask, repeat);
 }
 
+uint8_t* BlurFilter::byteScratch(size_t bytes) {
+  if (bytes_.size() < bytes) {
+    try {
+      bytes_.resize(bytes);
+    } catch (const std::bad_alloc&) {
+      return nullptr;
+    }
+  }
+  return bytes_.data();
+}
+
 void BlurFilter::trimScratch(size_t maxBytes) {
   if (lines_.capacity() * sizeof(uint32_t) > maxBytes) std::vector<uint32_t>().swap(lines_);
+  if (bytes_.capacity() > maxBytes) std::vector<uint8_t>().swap(bytes_);
 }
 
 void BlurFilter::run(const PixelView& image, unsigned rx, unsigned ry, uint32_t writeMask, int repeat) {

@@ -31,6 +31,10 @@ class BlurFilter : public EffectObject {
   // pointer does nothing.
   void blurChannels(const PixelView& image, unsigned rx, unsigned ry, const bool flags[4], int repeat);
 
+  // At least `bytes` bytes of scratch for work done beside the blur, kept for the next call (and then
+  // overwritten); null when the memory cannot be had.
+  uint8_t* byteScratch(size_t bytes);
+
   // Gives back the scratch when it holds more than maxBytes.
   void trimScratch(size_t maxBytes);
 
@@ -41,6 +45,7 @@ class BlurFilter : public EffectObject {
 
   // One row, a block of gathered columns, or a block of bled columns of the image being blurred.
   std::vector<uint32_t> lines_;
+  std::vector<uint8_t> bytes_;
 };
 
 }  // namespace lx

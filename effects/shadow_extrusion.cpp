@@ -1,7 +1,9 @@
 #include "effects/shadow_extrusion.h"
 
 #include <algorithm>
+#include <cstring>
 
+#include "effects/alpha_plane.h"
 #include "effects/blur_filter.h"
 #include "image/pixel_ops.h"
 #include "platform/platform.h"
@@ -11,12 +13,19 @@ namespace lx {
 
 namespace {
 
+// The softening blurs with radius 1 this many times over.
+constexpr int kSofteningRepeats = 3;
+
 // Lines longer than this along their major axis are not walked point by point (see Walk).
 constexpr int64_t kLongestWalk = int64_t{1} << 22;
 
+// The layer and its untouched copy: as pixels, or (when every pixel with alpha holds one colour) as
+// alpha planes.
 struct StampContext {
+  bool planes = false;
   PlacedView copy;   // the untouched copy, placed at (0, 0)
   PlacedView layer;  // the layer, placed at the current stamp point
+  AlphaPlane copyAlpha, layerAlpha;
 };
 
 // One stamp per point of the line. A point more than the layer's size away cannot overlap it: it is
@@ -27,6 +36,12 @@ void StampAt(int x, int y, intptr_t data) {
   const int32_t height = c.copy.view.height;
   if (x == 0 && y == 0) return;
   if (x <= -width || x >= width || y <= -height || y >= height) return;
+  if (c.planes) {
+    // The layer's pixel (i - x, j - y) takes the copy's (i, j), as BlendOver of the copy at (0, 0) onto
+    // the layer placed at (x, y) lays it.
+    BlendAlphaOver(c.copyAlpha, c.layerAlpha, -x, -y);
+    return;
+  }
   c.layer.rect = {x, y, x + width, y + height};
   BlendOver(c.copy, c.layer);
 }
@@ -112,22 +127,36 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy) {
   if (image.empty() || (dx == 0 && dy == 0)) return;
   const uint64_t count = static_cast<uint64_t>(image.width) * static_cast<uint64_t>(image.height);
   if (count > SIZE_MAX / 4) return;
-  platform::MemoryHandle handle = nullptr;
-  auto* copy = static_cast<uint32_t*>(platform::AllocateLockedBlock(static_cast<size_t>(count * 4), &handle));
-  if (copy == nullptr) return;
-
-  const size_t width = static_cast<size_t>(image.width);
-  if (static_cast<size_t>(image.stride) == width * 4) {
-    CopyPixels(copy, image.row(0), static_cast<size_t>(count));
-  } else {
-    for (int32_t y = 0; y < image.height; ++y) CopyPixels(copy + y * width, image.row(y), width);
-  }
+  // A layer in one colour is stamped as two alpha planes, the layer's and the copy's, in the same block.
+  uint32_t colour = 0;
   StampContext context;
-  context.copy.view = {reinterpret_cast<uint8_t*>(copy), image.width, image.height, image.width * 4};
+  context.planes = OneColour(image, &colour);
+  platform::MemoryHandle handle = nullptr;
+  void* block = platform::AllocateLockedBlock(static_cast<size_t>(count * (context.planes ? 2 : 4)), &handle);
+  if (block == nullptr) return;
+
+  context.copy.view = {static_cast<uint8_t*>(block), image.width, image.height, image.width * 4};
   context.copy.rect = {0, 0, image.width, image.height};
   context.layer.view = image;
-  Walk(context, dx, dy);
-
+  if (context.planes) {
+    auto* bytes = static_cast<uint8_t*>(block);
+    context.layerAlpha = {bytes, image.width, image.height, image.width};
+    context.copyAlpha = {bytes + count, image.width, image.height, image.width};
+    TakeAlpha(image, context.layerAlpha);
+    std::memcpy(context.copyAlpha.alpha, context.layerAlpha.alpha, static_cast<size_t>(count));
+    Walk(context, dx, dy);
+    // BlendOver never lowers alpha: a pixel still transparent was never stamped and keeps its colour.
+    PutAlpha(context.layerAlpha, colour, image);
+  } else {
+    auto* copy = static_cast<uint32_t*>(block);
+    const size_t width = static_cast<size_t>(image.width);
+    if (static_cast<size_t>(image.stride) == width * 4) {
+      CopyPixels(copy, image.row(0), static_cast<size_t>(count));
+    } else {
+      for (int32_t y = 0; y < image.height; ++y) CopyPixels(copy + y * width, image.row(y), width);
+    }
+    Walk(context, dx, dy);
+  }
   platform::ReleaseLockedBlock(handle);
 }
 
@@ -148,19 +177,34 @@ void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, uint8_t extru
   }
 }
 
-void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest) {
+void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest, KernelPath path) {
   if (image.empty() || blur == nullptr) return;
   const int32_t body = densest < 0 ? HighestAlpha(image) : std::min(densest, 255);
-  const bool alphaOnly[4] = {false, false, false, true};
-  blur->blurChannels(image, 1, 1, alphaOnly, 3);
   // The blur leaves a ramp some six pixels wide across the outline; twice as steep about half the body's
   // alpha, it keeps the smoothed course of the outline at about two pixels' width, where it was.
+  const auto step = [body](uint32_t alpha) {
+    return static_cast<uint32_t>(std::clamp(2 * static_cast<int32_t>(alpha) - body / 2, 0, body));
+  };
+  // A block in one colour is blurred as its alpha plane. Each pixel the blur leaves with alpha takes
+  // that colour, as the colour bleed gives it on the pixels; those left transparent keep theirs.
+  uint32_t colour = 0;
+  const size_t width = static_cast<size_t>(image.width), height = static_cast<size_t>(image.height);
+  uint8_t* bytes = width <= (SIZE_MAX - 2 * width - 2) / height && OneColour(image, &colour)
+                       ? blur->byteScratch(width * height + 2 * width + 2)
+                       : nullptr;
+  if (bytes != nullptr) {
+    const AlphaPlane plane{bytes, image.width, image.height, image.width};
+    TakeAlpha(image, plane);
+    BlurAlphaRadiusOne(plane, kSofteningRepeats, bytes + width * height, path);
+    for (size_t i = 0; i < width * height; ++i) bytes[i] = static_cast<uint8_t>(step(bytes[i]));
+    PutAlpha(plane, colour, image);
+    return;
+  }
+  const bool alphaOnly[4] = {false, false, false, true};
+  blur->blurChannels(image, 1, 1, alphaOnly, kSofteningRepeats);
   for (int32_t y = 0; y < image.height; ++y) {
     uint32_t* row = image.row(y);
-    for (int32_t x = 0; x < image.width; ++x) {
-      const int32_t alpha = std::clamp(2 * static_cast<int32_t>(row[x] >> 24) - body / 2, 0, body);
-      row[x] = (row[x] & 0x00FFFFFFu) | static_cast<uint32_t>(alpha) << 24;
-    }
+    for (int32_t x = 0; x < image.width; ++x) row[x] = (row[x] & 0x00FFFFFFu) | step(row[x] >> 24) << 24;
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "effects/kernel_path.h"
 #include "image/pixel_view.h"
 
 namespace lx {
@@ -37,8 +38,11 @@ void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, uint8_t extru
 // [0, A], so the body is solid again up to its outline and the outline is a smooth ramp of about two
 // pixels that stays where the unsmoothed one was. Colour bytes of visible pixels are kept. Does nothing
 // for an empty view or a null blur. `densest` is A when the caller knows it (its image may be only a
-// part of the block); -1 measures it in `image`.
-void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest = -1);
+// part of the block); -1 measures it in `image`. When every pixel with alpha holds one colour the blur
+// runs on the alpha bytes alone, in `blur`'s byte scratch, with the kernels `path` names: pixels left
+// transparent then keep their colour bytes instead of taking the bleed's (which no blend shows).
+void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest = -1,
+                     KernelPath path = KernelPath::kWide);
 
 // The highest alpha in `image`; 0 for an empty view.
 uint8_t HighestAlpha(const PixelView& image);
