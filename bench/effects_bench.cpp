@@ -106,12 +106,13 @@ void BM_FaceEmboss(benchmark::State& state) {
   std::vector<uint32_t> work = layer;
   lx::EmbossFilter emboss;
   lx::ChannelTint tint;
+  lx::FaceEmbossScratch scratch;
   tint.setFactors(1.0, 0.5, 0.2);
   for (auto _ : state) {
     state.PauseTiming();
     work = layer;
     state.ResumeTiming();
-    lx::FaceEmboss(View(work), 2, &emboss, &tint);
+    lx::FaceEmboss(View(work), 2, &emboss, &tint, scratch);
     benchmark::DoNotOptimize(work.data());
   }
   state.SetItemsProcessed(state.iterations() * kWidth * kHeight);

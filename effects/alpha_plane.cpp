@@ -111,21 +111,52 @@ bool OneColour(const PixelView& image, uint32_t* colour) {
   return true;
 }
 
-void TakeAlpha(const PixelView& image, const AlphaPlane& plane) {
+void TakeAlpha(const PixelView& image, const AlphaPlane& plane, KernelPath path) {
+  [[maybe_unused]] const bool wide = path == KernelPath::kWide && HasWideKernels();
   for (int32_t y = 0; y < image.height; ++y) {
     const uint32_t* row = image.row(y);
     uint8_t* alpha = plane.row(y);
-    for (int32_t x = 0; x < image.width; ++x) alpha[x] = static_cast<uint8_t>(row[x] >> 24);
+    int32_t x = 0;
+#if defined(__SSE2__)
+    if (wide) {
+      // Sixteen alpha bytes, moved down to the low byte of each lane, packed twice.
+      for (; x + 16 <= image.width; x += 16) {
+        const __m128i a0 = _mm_srli_epi32(Load(row + x), 24), a1 = _mm_srli_epi32(Load(row + x + 4), 24);
+        const __m128i a2 = _mm_srli_epi32(Load(row + x + 8), 24), a3 = _mm_srli_epi32(Load(row + x + 12), 24);
+        Store(alpha + x, _mm_packus_epi16(_mm_packs_epi32(a0, a1), _mm_packs_epi32(a2, a3)));
+      }
+    }
+#endif
+    for (; x < image.width; ++x) alpha[x] = static_cast<uint8_t>(row[x] >> 24);
   }
 }
 
-void PutAlpha(const AlphaPlane& plane, uint32_t colour, const PixelView& image) {
+void PutAlpha(const AlphaPlane& plane, uint32_t colour, const PixelView& image, KernelPath path) {
+  [[maybe_unused]] const bool wide = path == KernelPath::kWide && HasWideKernels();
   for (int32_t y = 0; y < image.height; ++y) {
     uint32_t* row = image.row(y);
     const uint8_t* alpha = plane.row(y);
-    for (int32_t x = 0; x < image.width; ++x) {
-      row[x] = alpha[x] != 0 ? colour | uint32_t{alpha[x]} << 24 : row[x] & kColour;
+    int32_t x = 0;
+#if defined(__SSE2__)
+    if (wide) {
+      // Four alpha bytes at a time moved up to the top byte of each lane.
+      const __m128i zero = _mm_setzero_si128();
+      const __m128i fill = _mm_set1_epi32(static_cast<int>(colour));
+      const __m128i colourMask = _mm_set1_epi32(static_cast<int>(kColour));
+      for (; x + 4 <= image.width; x += 4) {
+        uint32_t four;
+        std::memcpy(&four, alpha + x, 4);
+        const __m128i bytes = _mm_cvtsi32_si128(static_cast<int>(four));
+        const __m128i a = _mm_slli_epi32(_mm_unpacklo_epi16(_mm_unpacklo_epi8(bytes, zero), zero), 24);
+        const __m128i clear = _mm_cmpeq_epi32(a, zero);
+        const __m128i kept = _mm_and_si128(Load(row + x), colourMask);
+        Store(row + x,
+              _mm_or_si128(_mm_and_si128(clear, kept), _mm_andnot_si128(clear, _mm_or_si128(fill, a))));
+      }
     }
+#endif
+    for (; x < image.width; ++x)
+      row[x] = alpha[x] != 0 ? colour | uint32_t{alpha[x]} << 24 : row[x] & kColour;
   }
 }
 

@@ -26,11 +26,12 @@ struct AlphaPlane {
 bool OneColour(const PixelView& image, uint32_t* colour);
 
 // The alpha bytes of `image` into `plane`, which has its size.
-void TakeAlpha(const PixelView& image, const AlphaPlane& plane);
+void TakeAlpha(const PixelView& image, const AlphaPlane& plane, KernelPath path = KernelPath::kWide);
 
 // The plane's alpha back into `image` (of its size): a pixel with non-zero alpha becomes `colour` with
 // that alpha; one with alpha 0 keeps its colour bytes.
-void PutAlpha(const AlphaPlane& plane, uint32_t colour, const PixelView& image);
+void PutAlpha(const AlphaPlane& plane, uint32_t colour, const PixelView& image,
+              KernelPath path = KernelPath::kWide);
 
 // BlendOver's alpha law where `source`, its corner laid at (x, y) of `target`, overlaps it: for two
 // layers of one colour, the alpha BlendOver gives (their colour stays).

@@ -6,7 +6,7 @@
 
 namespace lx {
 
-void SquareColourBleed(const PixelView& image, int32_t distance) {
+void SquareColourBleed(const PixelView& image, int32_t distance, std::vector<int32_t>& scratch) {
   if (image.empty() || distance < 1) return;
   const int64_t width = image.width;
   const int64_t height = image.height;
@@ -18,14 +18,13 @@ void SquareColourBleed(const PixelView& image, int32_t distance) {
   // covers column c: its row and its column. A transparent pixel (c, y) is reached by the last giving
   // pixel in rows y - d .. y + d whose column lies in c - d .. c + d, that is by this one, once the
   // rows up to y + d are scanned, provided its row is not above y - d.
-  std::vector<int32_t> giverRow;
-  std::vector<int32_t> giverColumn;
   try {
-    giverRow.assign(static_cast<size_t>(width), -1);
-    giverColumn.assign(static_cast<size_t>(width), -1);
+    scratch.assign(2 * static_cast<size_t>(width), -1);
   } catch (const std::bad_alloc&) {
     return;
   }
+  int32_t* giverRow = scratch.data();
+  int32_t* giverColumn = giverRow + width;
 
   const auto scanRow = [&](int64_t r) {
     if (r < d || r > height - d - 1) return;

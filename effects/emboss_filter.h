@@ -25,8 +25,9 @@ class EmbossFilter : public EffectObject {
   double elevation() const { return elevation_; }
   int32_t depth() const { return depth_; }
 
-  // Replaces the colours of an image of 3 rows or more by the shaded grey; alpha stays.
-  void apply(const PixelView& image);
+  // Replaces the colours of an image of 3 rows or more by the shaded grey; alpha stays. scratch is
+  // grown to the image's pixels plus four rows (when it cannot be, the image is left as it is).
+  void apply(const PixelView& image, std::vector<uint32_t>& scratch) const;
 
  private:
   void updateLight();
@@ -35,7 +36,6 @@ class EmbossFilter : public EffectObject {
   double elevation_ = 60.0;
   int32_t depth_ = 3;
   double lx_ = 0, ly_ = 0, lz_ = 0, nz_ = 0, nz2_ = 0, nzlz_ = 0, background_ = 0;
-  std::vector<uint32_t> copy_, rows_;
 };
 
 }  // namespace lx

@@ -232,7 +232,11 @@ void MainPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& output)
   PixelBuffer& work = image.pixels;
 
   Draw(*temp, caller, work.view(), kDrawFace, areas);
-  if (caller.faceEmbossed == 1) FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get());
+  if (caller.faceEmbossed == 1) {
+    FaceEmbossScratch spare;  // only when the caller's could not be made
+    FaceEmboss(work.view(), kEmbossBleed, temp->emboss.get(), temp->tint.get(),
+               caller.embossScratch ? *caller.embossScratch : spare);
+  }
   Blur(caller, work, caller.face.blurLevel);
   // An Outline that paints nothing would be replaced by the Face at the end: its drawing, border and
   // blur are skipped.

@@ -6,6 +6,7 @@
 #include "effects/blur_filter.h"
 #include "effects/channel_tint.h"
 #include "effects/emboss_filter.h"
+#include "effects/face_emboss.h"
 #include "effects/layer_drawing.h"
 #include "effects/tone_tables.h"
 
@@ -42,6 +43,7 @@ RenderProcess::RenderProcess() noexcept {
   blur.reset(new (std::nothrow) BlurFilter);
   tones.reset(new (std::nothrow) ToneTables);
   layers.reset(new (std::nothrow) LayerScratch);
+  embossScratch.reset(new (std::nothrow) FaceEmbossScratch);
 }
 
 RenderProcess::~RenderProcess() {
@@ -53,6 +55,7 @@ RenderProcess::~RenderProcess() {
   blur.reset();
   tones.reset();
   layers.reset();
+  embossScratch.reset();
 }
 
 void RenderProcess::trimScratch() {
@@ -62,6 +65,7 @@ void RenderProcess::trimScratch() {
   if (blur) blur->trimScratch(kKeptScratchBytes);
   if (bevel) bevel->trimScratch(kKeptScratchBytes);
   if (layers) layers->trim(kKeptScratchBytes);
+  if (embossScratch) embossScratch->trim(kKeptScratchBytes);
 }
 
 bool RenderProcess::copySettingsFrom(const RenderProcess& other) noexcept {

@@ -22,6 +22,7 @@ class ChannelTint;
 class BlurFilter;
 class ToneTables;
 class LayerScratch;
+struct FaceEmbossScratch;
 
 // The effect settings are inherited so that they are copied as one plain value (copySettingsFrom). A new
 // setting belongs in EffectSettings or in the layers' FillStyle: a member of its own here is not copied.
@@ -79,6 +80,7 @@ class RenderProcess : public EffectSettings {
   std::unique_ptr<BlurFilter> blur;
   std::unique_ptr<ToneTables> tones;
   std::unique_ptr<LayerScratch> layers;
+  std::unique_ptr<FaceEmbossScratch> embossScratch;
 
   // The outline decoded by the last Render.
   OutlinePath path;
@@ -87,8 +89,8 @@ class RenderProcess : public EffectSettings {
   // drawing one line after another does not allocate and fault in fresh memory each time.
   static constexpr uint64_t kKeptScratchBytes = uint64_t{4} << 20;
   PixelBuffer scratch[2];
-  // Releases the work images, and the blur's, bevel's and layer drawing's scratch, larger than
-  // kKeptScratchBytes.
+  // Releases the work images, and the blur's, bevel's, emboss's and layer drawing's scratch, larger
+  // than kKeptScratchBytes.
   void trimScratch();
 };
 

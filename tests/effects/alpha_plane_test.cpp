@@ -59,10 +59,10 @@ TEST(AlphaPlane, BlendAlphaOverIsBlendOverForOneColour) {
       TestImage got = base;
       std::vector<uint8_t> s(37 * 9), d(41 * 12);
       const AlphaPlane from{s.data(), 37, 9, 37}, onto{d.data(), 41, 12, 41};
-      TakeAlpha(copy.view(), from);
-      TakeAlpha(got.view(), onto);
+      TakeAlpha(copy.view(), from, path);
+      TakeAlpha(got.view(), onto, path);
       BlendAlphaOver(from, onto, x, y, path);
-      PutAlpha(onto, 0x00FF8040u, got.view());
+      PutAlpha(onto, 0x00FF8040u, got.view(), path);
       EXPECT_EQ(got.pixels, want.pixels)
           << x << ", " << y << (path == KernelPath::kWide ? " wide" : " scalar");
     }

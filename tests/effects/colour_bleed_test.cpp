@@ -1,6 +1,7 @@
 // The colour bleed before the emboss: every giving pixel, in row order, paints the clear pixels of its
 // square (a literal reading of the rule, on random images).
 #include <gtest/gtest.h>
+#include <vector>
 #include "effects/colour_bleed.h"
 #include "effects_test_image.h"
 
@@ -17,7 +18,8 @@ TEST(SquareColourBleed, EveryGiverInRowOrderPaintsItsSquare) {
         for (int32_t v = y - d; (expected.at(x, y) >> 24) && v <= y + d; ++v)
           for (int32_t u = x - d; u <= x + d; ++u)
             if ((expected.at(u, v) >> 24) == 0) expected.at(u, v) = expected.at(x, y) & 0x00FFFFFFu;
-    SquareColourBleed(image.view(), d);
+    std::vector<int32_t> scratch;
+    SquareColourBleed(image.view(), d, scratch);
     EXPECT_EQ(image.pixels, expected.pixels) << d;
   }
 }
