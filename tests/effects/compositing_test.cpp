@@ -44,6 +44,28 @@ TEST(Compositing, LawsAtTheEndsOfTheAlphaRange) {
               (V{255, sa}));
 }
 
+// Each colour byte is the law's quotient, (s * 256 * sa + d * da * (256 - sa)) / A with A the law's own,
+// for every pair of alphas that needs the arithmetic and source and target bytes at the ends and between.
+TEST(Compositing, ColourBytesAreTheLawsQuotientForEveryPairOfAlphas) {
+  const uint32_t bytes[][2] = {{0, 255}, {255, 0}, {1, 254}, {128, 127}, {37, 200}};
+  for (bool clamped : {false, true}) {
+    for (uint32_t sa = 1; sa < 255; ++sa) {
+      for (uint32_t da = 1; da < 256; ++da) {
+        const uint32_t a = clamped ? (sa + da + 1) * 256 - sa * da : (256 - sa) * da + sa * 256;
+        const uint32_t source = Pixel(bytes[0][0], bytes[2][0], bytes[(sa + da) % 5][0], sa);
+        const uint32_t target = Pixel(bytes[0][1], bytes[2][1], bytes[(sa + da) % 5][1], da);
+        uint32_t want = 0;
+        for (int k = 0; k < 3; ++k) {
+          const uint32_t sv = source >> (8 * k) & 0xFF, dv = target >> (8 * k) & 0xFF;
+          want |= (sv * 256 * sa + dv * da * (256 - sa)) / a << (8 * k);
+        }
+        const uint32_t got = Blend(source, target, clamped ? V{0u, 0xFF000000u} : V{});
+        ASSERT_EQ(got & 0x00FFFFFFu, want) << sa << ", " << da << (clamped ? " clamped" : "");
+      }
+    }
+  }
+}
+
 // Wide path = scalar path for every pair of alphas (a group of four shares its source alpha), over targets
 // whose colour bytes equal the source's in all four pixels, none or three; each row's last three go singly.
 TEST(Compositing, WidePathAgreesWithScalarPathForEveryPairOfAlphas) {
