@@ -99,9 +99,11 @@ bool BevelFilter::reserveRows(int32_t width) {
   try {
     for (auto& row : heightRows_) row.assign(static_cast<size_t>(width), 0);
     for (auto& row : columnRows_) row.assign(static_cast<size_t>(width) + 2, 0);
+    for (auto& row : lightRows_) row.assign(static_cast<size_t>(width), 0);
   } catch (const std::bad_alloc&) {
     for (auto& row : heightRows_) std::vector<int32_t>().swap(row);
     for (auto& row : columnRows_) std::vector<int32_t>().swap(row);
+    for (auto& row : lightRows_) std::vector<int32_t>().swap(row);
     return false;
   }
   return true;
@@ -136,15 +138,31 @@ int32_t BevelFilter::heightOf(int32_t lum, uint32_t alpha) const {
 void BevelFilter::readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t* heights) const {
   const uint8_t* grey = planes.greyRow(row);
   const uint8_t* alpha = planes.alphaRow(row);
-  for (int32_t x = 0; x < planes.width; ++x) {
-    const uint32_t a = alpha[x];
-    heights[x] = a == 0     ? clearHeight_
-                 : a == 255 ? opaqueHeights_[grey[x]]
-                            : heightOf(GreyLuminanceOf(grey[x]), a);
+  const int32_t width = planes.width;
+  // Every pixel as clear or opaque first, without a branch; then the few translucent ones.
+  const int32_t clear = clearHeight_;
+  for (int32_t x = 0; x < width; ++x) {
+    const int32_t shown = -static_cast<int32_t>(alpha[x] != 0);  // all bits set when the pixel has alpha
+    heights[x] = clear + ((opaqueHeights_[grey[x]] - clear) & shown);
+  }
+  int32_t x = 0;
+#if defined(__SSE2__)
+  for (; x + 16 <= width; x += 16) {
+    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(alpha + x));
+    const __m128i ends =
+        _mm_or_si128(_mm_cmpeq_epi8(a, _mm_setzero_si128()), _mm_cmpeq_epi8(a, _mm_set1_epi8(-1)));
+    for (unsigned m = ~static_cast<unsigned>(_mm_movemask_epi8(ends)) & 0xFFFFu; m != 0; m &= m - 1) {
+      const int32_t k = x + __builtin_ctz(m);
+      heights[k] = heightOf(GreyLuminanceOf(grey[k]), alpha[k]);
+    }
+  }
+#endif
+  for (; x < width; ++x) {
+    if (alpha[x] != 0 && alpha[x] != 255) heights[x] = heightOf(GreyLuminanceOf(grey[x]), alpha[x]);
   }
 }
 
-void BevelFilter::shadeGrey(const GreyPlanes& planes) {
+void BevelFilter::shadeGrey(const GreyPlanes& planes, bool wide) {
   if (planes.empty() || !reserveRows(planes.width)) return;
   // Most pixels are clear or opaque: their heights come from a table, and so does the factor each
   // shade scales the grey by (a shade never passes the light's length, at most 255 * sqrt(2)).
@@ -154,7 +172,6 @@ void BevelFilter::shadeGrey(const GreyPlanes& planes) {
   const auto factorOf = [this](int32_t shade) {
     return shade >= 0 && shade < kShadeFactors ? shadeFactors_[shade] : shade / fullLight_;
   };
-
   const int32_t width = planes.width;
   const int32_t height = planes.height;
   int32_t* top = heightRows_[0].data();
@@ -162,11 +179,24 @@ void BevelFilter::shadeGrey(const GreyPlanes& planes) {
   int32_t* bottom = heightRows_[2].data();
   int32_t* sums = columnRows_[0].data();
   int32_t* falls = columnRows_[1].data();
+  int32_t* shown = columnRows_[2].data();
+  int32_t* lights = lightRows_[0].data();
+  int16_t* slopes = reinterpret_cast<int16_t*>(lightRows_[1].data());
   readGreyHeights(planes, 0, top);
   readGreyHeights(planes, 0, middle);
   readGreyHeights(planes, Clamp(1, height), bottom);
   for (int32_t y = 0; y < height; ++y) {
-    for (int32_t c = 0; c < width; ++c) {
+    int32_t c = 0;
+#if defined(__SSE2__)
+    for (; c + 4 <= width; c += 4) {
+      const __m128i t = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + c));
+      const __m128i m = _mm_loadu_si128(reinterpret_cast<const __m128i*>(middle + c));
+      const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bottom + c));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + c + 1), _mm_add_epi32(_mm_add_epi32(t, m), b));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(falls + c + 1), _mm_sub_epi32(b, t));
+    }
+#endif
+    for (; c < width; ++c) {
       sums[c + 1] = top[c] + middle[c] + bottom[c];
       falls[c + 1] = bottom[c] - top[c];
     }
@@ -174,16 +204,34 @@ void BevelFilter::shadeGrey(const GreyPlanes& planes) {
     falls[0] = falls[1];
     sums[width + 1] = sums[width];
     falls[width + 1] = falls[width];
-    // Only the pixels with alpha need their shade: the grey of the others is never read again. Each
-    // is worked on its own, so the divisions of neighbouring pixels overlap.
+    // Only the pixels with alpha need their shade: the grey of the others is never read again. Their
+    // slopes are gathered first and lit together.
     uint8_t* grey = planes.greyRow(y);
     const uint8_t* alpha = planes.alphaRow(y);
-    for (int32_t x = 0; x < width; ++x) {
-      if (alpha[x] == 0) continue;
-      const int32_t nx = sums[x] - sums[x + 2];
-      const int32_t ny = falls[x] + falls[x + 1] + falls[x + 2];
-      const double factor = factorOf(lightAt(nx, ny));
-      grey[x] = static_cast<uint8_t>(std::min(static_cast<uint32_t>(grey[x] * factor), 255u));
+    int32_t count = 0;
+    const auto gather = [&](int32_t x) {
+      shown[count] = x;
+      slopes[2 * count] = static_cast<int16_t>(sums[x] - sums[x + 2]);
+      slopes[2 * count + 1] = static_cast<int16_t>(falls[x] + falls[x + 1] + falls[x + 2]);
+      ++count;
+    };
+    int32_t x = 0;
+#if defined(__SSE2__)
+    for (; x + 16 <= width; x += 16) {
+      const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(alpha + x));
+      for (unsigned m =
+               ~static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(a, _mm_setzero_si128()))) & 0xFFFFu;
+           m != 0; m &= m - 1)
+        gather(x + __builtin_ctz(m));
+    }
+#endif
+    for (; x < width; ++x) {
+      if (alpha[x] != 0) gather(x);
+    }
+    lightSlopes(slopes, count, lights, wide);
+    for (int32_t i = 0; i < count; ++i) {
+      uint8_t& g = grey[shown[i]];
+      g = static_cast<uint8_t>(std::min(static_cast<uint32_t>(g * factorOf(lights[i])), 255u));
     }
     if (y + 1 < height) {
       std::swap(top, middle);
@@ -277,6 +325,37 @@ void BevelFilter::shade(const PixelView& image) {
       readHeights(image, rowAt(y + offsetY + 2), bottom);
     }
   }
+}
+
+void BevelFilter::lightSlopes(const int16_t* slopes, int32_t count, int32_t* lights,
+                              [[maybe_unused]] bool wide) const {
+  int32_t i = 0;
+#if defined(__SSE2__)
+  if (wide && highlight_ == 0.0) {
+    // lightAt four slopes at a time: the dot product and the squared length as sums of 16-bit products,
+    // then the same square roots and quotients, two to a register. A flat slope needs no case of its
+    // own here: nz * lz / sqrt(nz * nz) is lz exactly.
+    const __m128i light =
+        _mm_set1_epi32(static_cast<int32_t>(static_cast<uint32_t>(ly_) << 16 | (lx_ & 0xFFFF)));
+    const __m128i nzlz = _mm_set1_epi32(nzlz_), nz2 = _mm_set1_epi32(nz2_), zero = _mm_setzero_si128();
+    const __m128i unlit = _mm_set1_epi32(unlitShade_);
+    for (; i + 4 <= count; i += 4) {
+      const __m128i n = _mm_loadu_si128(reinterpret_cast<const __m128i*>(slopes + 2 * i));
+      const __m128i dot = _mm_add_epi32(_mm_madd_epi16(n, light), nzlz);
+      const __m128i length = _mm_add_epi32(_mm_madd_epi16(n, n), nz2);
+      const auto two = [&](__m128i d, __m128i l) {
+        return _mm_cvttpd_epi32(_mm_div_pd(_mm_cvtepi32_pd(d), _mm_sqrt_pd(_mm_cvtepi32_pd(l))));
+      };
+      const __m128i low = two(dot, length);
+      const __m128i high = two(_mm_srli_si128(dot, 8), _mm_srli_si128(length, 8));
+      const __m128i shade = _mm_unpacklo_epi64(low, high);
+      const __m128i dark = _mm_cmpgt_epi32(zero, dot);
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(lights + i),
+                       _mm_or_si128(_mm_and_si128(dark, unlit), _mm_andnot_si128(dark, shade)));
+    }
+  }
+#endif
+  for (; i < count; ++i) lights[i] = lightAt(slopes[2 * i], slopes[2 * i + 1]);
 }
 
 int32_t BevelFilter::lightAt(int32_t nx, int32_t ny) const {
@@ -427,7 +506,7 @@ bool BevelFilter::applyGreyBorder(const PixelView& image, int passes, bool blurr
   if (!blur(blurReach + passReach * passes)) return false;
   for (int i = 0; i < passes; ++i) {
     const int64_t later = passReach * (passes - 1 - i);
-    shadeGrey(Part(planes, Reaching(image.width, image.height, keep, later + passReach)));
+    shadeGrey(Part(planes, Reaching(image.width, image.height, keep, later + passReach)), wide);
     if (!blur(later + blurReach)) return false;
   }
   for (int32_t y = 0; y < image.height; ++y)

@@ -81,8 +81,11 @@ class BevelFilter : public EffectObject {
                        KernelPath path);
   void applyPixelBorder(const PixelView& image, int passes, unsigned blurRadius, BlurFilter* blur,
                         const IntRect& keep);
-  // shade() on the grey plane, for the border's settings (no offsets, no wrap).
-  void shadeGrey(const GreyPlanes& planes);
+  // shade() on the grey plane, for the border's settings (no offsets, no wrap); `wide` lights the
+  // slopes four at a time.
+  void shadeGrey(const GreyPlanes& planes, bool wide);
+  // lightAt for count slopes, given as (nx, ny) pairs, into lights.
+  void lightSlopes(const int16_t* slopes, int32_t count, int32_t* lights, bool wide) const;
   void readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t* heights) const;
 
   BevelSettings settings_;
@@ -103,6 +106,8 @@ class BevelFilter : public EffectObject {
   std::vector<int32_t> heightRows_[3];
   // The column sums and falls of the middle height row, and the shade of each of its pixels.
   std::vector<int32_t> columnRows_[3];
+  // The grey shading's lights of one row's pixels with alpha, and their slopes as pairs of 16 bits.
+  std::vector<int32_t> lightRows_[2];
   // The Outline as it was before the border, re-tinted at the end (worked on the pixels); or the grey
   // plane, the alpha plane and the blur's scratch (worked on the planes).
   std::vector<uint32_t> original_;

@@ -56,10 +56,44 @@ inline __m128i SameColourOver(__m128i d, __m128i sa, __m128i da) {
   return _mm_or_si128(_mm_and_si128(d, _mm_set1_epi32(0x00FFFFFF)), alpha);
 }
 
+// BlendOver's law worked out for four pixels: alpha (A = (256 - sa) * da + sa * 256) >> 8 and each
+// colour byte (s * 256 * sa + d * da * (256 - sa)) / A, the quotient taken in doubles. The numerator
+// and A are whole numbers below 2^25 and 2^16, exact as doubles; the correctly rounded quotient is
+// whole when the true one is, and otherwise stays at least 1 / A from the next whole number, which no
+// rounding of a number below 256 reaches, so truncation gives the integer quotient. Bytes that source
+// and target share come out unchanged, as MixColour keeps them. For lanes with 0 < sa < 255 and da > 0
+// only.
+inline __m128i OverFour(__m128i s, __m128i d) {
+  const __m128i low = _mm_set1_epi32(0xFF);
+  const __m128i sa = _mm_srli_epi32(s, 24), da = _mm_srli_epi32(d, 24);
+  const __m128i rest = _mm_sub_epi32(_mm_set1_epi32(256), sa);
+  // Lanes hold values below 2^15 in their low half: one 16-bit product each.
+  const __m128i a = _mm_add_epi32(_mm_madd_epi16(rest, da), _mm_slli_epi32(sa, 8));
+  const __m128d aLow = _mm_cvtepi32_pd(a), aHigh = _mm_cvtepi32_pd(_mm_srli_si128(a, 8));
+  const __m128d restLow = _mm_cvtepi32_pd(rest), restHigh = _mm_cvtepi32_pd(_mm_srli_si128(rest, 8));
+  __m128i out = _mm_slli_epi32(_mm_srli_epi32(a, 8), 24);
+  for (int shift = 0; shift < 24; shift += 8) {
+    const __m128i sc = _mm_and_si128(_mm_srli_epi32(s, shift), low);
+    const __m128i dc = _mm_and_si128(_mm_srli_epi32(d, shift), low);
+    const __m128i first = _mm_slli_epi32(_mm_madd_epi16(sc, sa), 8);  // s * 256 * sa
+    const __m128i dd = _mm_madd_epi16(dc, da);                        // d * da
+    const auto half = [](__m128i f, __m128i g, __m128d r, __m128d av) {
+      const __m128d n = _mm_add_pd(_mm_cvtepi32_pd(f), _mm_mul_pd(_mm_cvtepi32_pd(g), r));
+      return _mm_cvttpd_epi32(_mm_div_pd(n, av));
+    };
+    const __m128i q =
+        _mm_unpacklo_epi64(half(first, dd, restLow, aLow),
+                           half(_mm_srli_si128(first, 8), _mm_srli_si128(dd, 8), restHigh, aHigh));
+    out = _mm_or_si128(out, _mm_slli_epi32(q, shift));
+  }
+  return out;
+}
+
 // Four pixels at a time for the two cases that fill most of a layer: a transparent source, which
 // leaves the target, and an opaque source or transparent target, which takes the source. With
 // kOverLaw, a group whose colour bytes all equal the target's (the stamps of an extrusion) gets
-// BlendOver's alpha in one go. Any other group goes through CompositePixel one by one.
+// BlendOver's alpha in one go, and any other group the whole law in one go, each lane that a shortcut
+// decides taking that instead. Other groups of the clamped law go through CompositePixel one by one.
 template <bool kOverLaw, typename Mix>
 void CompositeRowWide(const uint32_t* from, uint32_t* to, int32_t width, Mix& mix) {
   const __m128i zero = _mm_setzero_si128();
@@ -83,6 +117,14 @@ void CompositeRowWide(const uint32_t* from, uint32_t* to, int32_t width, Mix& mi
     if (kOverLaw &&
         _mm_movemask_epi8(_mm_cmpeq_epi32(_mm_and_si128(_mm_xor_si128(s, d), colour), zero)) == 0xFFFF) {
       _mm_storeu_si128(reinterpret_cast<__m128i*>(to + x), SameColourOver(d, sourceAlpha, targetAlpha));
+      continue;
+    }
+    if (kOverLaw) {
+      const __m128i kept = _mm_or_si128(_mm_and_si128(skip, d), _mm_andnot_si128(skip, s));
+      const __m128i mixed = OverFour(s, d);
+      const __m128i shortcut = _mm_or_si128(skip, take);
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(to + x),
+                       _mm_or_si128(_mm_and_si128(shortcut, kept), _mm_andnot_si128(shortcut, mixed)));
       continue;
     }
     for (int32_t k = x; k < x + 4; ++k) CompositePixel(from, to, k, mix);
@@ -123,17 +165,36 @@ ClampedMix ClampedBetween(uint32_t colourA, uint32_t colourB) {
   return {std::max(alphaA, alphaB), std::min(alphaA, alphaB)};
 }
 
+// A law's last pair of pixels and its result. Layers lie in runs of one colour over runs of one colour,
+// and every pair worked out costs up to three divisions. (The pair of two zero pixels never reaches a
+// law, so it stands for none.)
+template <typename Mix>
+struct RememberedMix {
+  Mix& mix;
+  uint32_t source = 0, target = 0, result = 0;
+
+  uint32_t operator()(uint32_t s, uint32_t d) {
+    if (s != source || d != target) {
+      source = s;
+      target = d;
+      result = mix(s, d);
+    }
+    return result;
+  }
+};
+
 template <bool kOverLaw, typename Mix>
 void CompositeRow(const uint32_t* from, uint32_t* to, int32_t width, KernelPath path, Mix& mix) {
+  RememberedMix<Mix> remembered{mix};
 #if defined(__SSE2__)
   if (path == KernelPath::kWide) {
-    CompositeRowWide<kOverLaw>(from, to, width, mix);
+    CompositeRowWide<kOverLaw>(from, to, width, remembered);
     return;
   }
 #else
   (void)path;
 #endif
-  for (int32_t x = 0; x < width; ++x) CompositePixel(from, to, x, mix);
+  for (int32_t x = 0; x < width; ++x) CompositePixel(from, to, x, remembered);
 }
 
 // Walks the overlap from its last row up, each row left to right.

@@ -46,13 +46,52 @@ void EmbossFilter::updateLight() {
   background_ = lz_;
 }
 
+void EmbossFilter::shadeSlopes(const int32_t* nx, const int32_t* ny, const int32_t* lengths, int32_t count,
+                               uint32_t* greys) const {
+  int32_t i = 0;
+#if defined(__SSE2__)
+  // Two slopes to a register, in the scalar steps' order: the same products, sums, truncations,
+  // square roots and quotients.
+  const __m128d lx = _mm_set1_pd(lx_), ly = _mm_set1_pd(ly_), nzlz = _mm_set1_pd(nzlz_),
+                nz2 = _mm_set1_pd(nz2_);
+  const __m128d background = _mm_set1_pd(background_);
+  const __m128i zero = _mm_setzero_si128();
+  for (; i + 2 <= count; i += 2) {
+    const __m128i x = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(nx + i));
+    const __m128i y = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(ny + i));
+    const __m128d dx = _mm_cvtepi32_pd(x), dy = _mm_cvtepi32_pd(y);
+    const __m128i dot =
+        _mm_cvttpd_epi32(_mm_add_pd(_mm_add_pd(_mm_mul_pd(dx, lx), _mm_mul_pd(dy, ly)), nzlz));
+    const __m128d length =
+        _mm_add_pd(_mm_cvtepi32_pd(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(lengths + i))), nz2);
+    __m128d shade = _mm_div_pd(_mm_cvtepi32_pd(dot), _mm_sqrt_pd(length));
+    // A slope facing away is black; a flat one takes the background.
+    const __m128d dark =
+        _mm_castsi128_pd(_mm_unpacklo_epi32(_mm_cmpgt_epi32(zero, dot), _mm_cmpgt_epi32(zero, dot)));
+    shade = _mm_andnot_pd(dark, shade);
+    const __m128i flatLanes = _mm_and_si128(_mm_cmpeq_epi32(x, zero), _mm_cmpeq_epi32(y, zero));
+    const __m128d flat = _mm_castsi128_pd(_mm_unpacklo_epi32(flatLanes, flatLanes));
+    shade = _mm_or_pd(_mm_and_pd(flat, background), _mm_andnot_pd(flat, shade));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(greys + i), _mm_cvttpd_epi32(shade));
+  }
+#endif
+  for (; i < count; ++i) {
+    double shade = background_;
+    if (nx[i] != 0 || ny[i] != 0) {
+      const int32_t nDotL = static_cast<int32_t>(nx[i] * lx_ + ny[i] * ly_ + nzlz_);
+      shade = nDotL < 0 ? 0.0 : nDotL / std::sqrt(static_cast<double>(lengths[i]) + nz2_);
+    }
+    greys[i] = static_cast<uint32_t>(shade);
+  }
+}
+
 void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch) const {
   if (image.empty() || image.height < 3) return;
   const size_t width = static_cast<size_t>(image.width);
   const size_t height = static_cast<size_t>(image.height);
-  if (width > SIZE_MAX / 4 / (height + 4)) return;
+  if (width > SIZE_MAX / 4 / (height + 9)) return;
   try {
-    if (scratch.size() < width * (height + 4)) scratch.resize(width * (height + 4));
+    if (scratch.size() < width * (height + 9)) scratch.resize(width * (height + 9));
   } catch (const std::bad_alloc&) {
     return;
   }
@@ -62,6 +101,12 @@ void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch)
   uint32_t* plane = scratch.data();
   uint32_t* edgeRows = plane + width * height;
   uint32_t* output = edgeRows + 3 * width;
+  // One row's pixels with alpha and slope: where they are, the two slopes, and the squared slope length.
+  auto* shown = reinterpret_cast<int32_t*>(output + width);
+  int32_t* slopesX = shown + width;
+  int32_t* slopesY = slopesX + width;
+  int32_t* lengths = slopesY + width;
+  auto* greys = reinterpret_cast<uint32_t*>(lengths + width);
   for (size_t y = 0; y < height; ++y)
     RowHeights(image.row(static_cast<int32_t>(y)), plane + y * width, width);
 
@@ -87,25 +132,25 @@ void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch)
     // The centre row's alpha: rows shaded so far kept theirs.
     const uint32_t* centres = image.row(static_cast<int32_t>(source[1]));
 
+    // Pixels with alpha are gathered and shaded together, then given their grey.
+    int32_t count = 0;
     for (size_t x = 0; x < width; ++x) {
-      const uint32_t alpha = centres[x] >> 24;
-      if (alpha == 0) {
-        output[x] = 0;
-        continue;
-      }
+      output[x] = 0;
+      if ((centres[x] >> 24) == 0) continue;
       const int32_t left = static_cast<int32_t>(top[x] + middle[x] + bottom[x]);
       const int32_t right = static_cast<int32_t>(top[x + 2] + middle[x + 2] + bottom[x + 2]);
       const int32_t above = static_cast<int32_t>(top[x] + top[x + 1] + top[x + 2]);
       const int32_t below = static_cast<int32_t>(bottom[x] + bottom[x + 1] + bottom[x + 2]);
-      const int32_t nx = left - right;
-      const int32_t ny = below - above;
-      double shade = background_;
-      if (nx != 0 || ny != 0) {
-        const int32_t nDotL = static_cast<int32_t>(nx * lx_ + ny * ly_ + nzlz_);
-        shade = nDotL < 0 ? 0.0 : nDotL / std::sqrt(static_cast<double>(nx * nx + ny * ny) + nz2_);
-      }
-      const uint32_t grey = static_cast<uint32_t>(shade);
-      output[x] = grey | grey << 8 | grey << 16 | alpha << 24;
+      shown[count] = static_cast<int32_t>(x);
+      slopesX[count] = left - right;
+      slopesY[count] = below - above;
+      lengths[count] = slopesX[count] * slopesX[count] + slopesY[count] * slopesY[count];
+      ++count;
+    }
+    shadeSlopes(slopesX, slopesY, lengths, count, greys);
+    for (int32_t i = 0; i < count; ++i) {
+      const uint32_t grey = greys[i];
+      output[shown[i]] = grey | grey << 8 | grey << 16 | (centres[shown[i]] & 0xFF000000u);
     }
     std::memcpy(image.row(static_cast<int32_t>(y)), output, width * 4);
   }

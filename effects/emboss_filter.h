@@ -26,11 +26,14 @@ class EmbossFilter : public EffectObject {
   int32_t depth() const { return depth_; }
 
   // Replaces the colours of an image of 3 rows or more by the shaded grey; alpha stays. scratch is
-  // grown to the image's pixels plus four rows (when it cannot be, the image is left as it is).
+  // grown to the image's pixels plus nine rows (when it cannot be, the image is left as it is).
   void apply(const PixelView& image, std::vector<uint32_t>& scratch) const;
 
  private:
   void updateLight();
+  // The grey of count pixels with slopes (nx[i], ny[i]) and squared slope lengths lengths[i].
+  void shadeSlopes(const int32_t* nx, const int32_t* ny, const int32_t* lengths, int32_t count,
+                   uint32_t* greys) const;
 
   double azimuth_ = 135.0;
   double elevation_ = 60.0;
