@@ -114,26 +114,23 @@ void CompositeRowWide(const uint32_t* from, uint32_t* to, int32_t width, Mix& mi
       _mm_storeu_si128(reinterpret_cast<__m128i*>(to + x), kept);
       continue;
     }
-    if (kOverLaw &&
-        _mm_movemask_epi8(_mm_cmpeq_epi32(_mm_and_si128(_mm_xor_si128(s, d), colour), zero)) == 0xFFFF) {
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(to + x), SameColourOver(d, sourceAlpha, targetAlpha));
+    const bool sameColour =
+        _mm_movemask_epi8(_mm_cmpeq_epi32(_mm_and_si128(_mm_xor_si128(s, d), colour), zero)) == 0xFFFF;
+    if (!sameColour && !kOverLaw) {
+      for (int32_t k = x; k < x + 4; ++k) CompositePixel(from, to, k, mix);
       continue;
     }
-    if (kOverLaw) {
-      const __m128i kept = _mm_or_si128(_mm_and_si128(skip, d), _mm_andnot_si128(skip, s));
-      const __m128i mixed = OverFour(s, d);
-      const __m128i shortcut = _mm_or_si128(skip, take);
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(to + x),
-                       _mm_or_si128(_mm_and_si128(shortcut, kept), _mm_andnot_si128(shortcut, mixed)));
-      continue;
-    }
-    for (int32_t k = x; k < x + 4; ++k) CompositePixel(from, to, k, mix);
+    const __m128i mixed = sameColour ? mix.sameColourFour(d, sourceAlpha, targetAlpha) : OverFour(s, d);
+    const __m128i kept = _mm_or_si128(_mm_and_si128(skip, d), _mm_andnot_si128(skip, s));
+    const __m128i shortcut = _mm_or_si128(skip, take);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + x),
+                     _mm_or_si128(_mm_and_si128(shortcut, kept), _mm_andnot_si128(shortcut, mixed)));
   }
   for (; x < width; ++x) CompositePixel(from, to, x, mix);
 }
 #endif
 
-// BlendOver's law for one pixel that needs arithmetic.
+// BlendOver's law for one pixel that needs arithmetic; for four whose colour bytes equal the target's.
 struct OverMix {
   uint32_t operator()(uint32_t s, uint32_t d) const {
     const uint32_t sa = s >> 24;
@@ -142,6 +139,11 @@ struct OverMix {
     const uint32_t a = (256u - sa) * da + sa * 256u;
     return ((a >> 8) << 24) | MixColour(s, d, sa, da, a);
   }
+#if defined(__SSE2__)
+  __m128i sameColourFour(__m128i d, __m128i sa, __m128i da) const {
+    return SameColourOver(d, sa, da);
+  }
+#endif
 };
 
 // BlendOverClamped's law, the result alpha held between `lo` and `hi`.
@@ -156,6 +158,18 @@ struct ClampedMix {
     if (alpha > hi) alpha = hi;
     return (alpha << 24) | MixColour(s, d, sa, da, a);
   }
+#if defined(__SSE2__)
+  // Four pixels whose colour bytes equal the target's keep them: only the alpha is worked out, as above
+  // (A >> 8 reaches 256 only where A passes 65280, so the first limit is a minimum with 255).
+  __m128i sameColourFour(__m128i d, __m128i sa, __m128i da) const {
+    const __m128i a = _mm_sub_epi32(
+        _mm_slli_epi32(_mm_add_epi32(_mm_add_epi32(sa, da), _mm_set1_epi32(1)), 8), _mm_madd_epi16(sa, da));
+    __m128i alpha = _mm_min_epi16(_mm_srli_epi32(a, 8), _mm_set1_epi32(255));
+    alpha = _mm_min_epi16(_mm_max_epi16(alpha, _mm_set1_epi32(static_cast<int>(lo))),
+                          _mm_set1_epi32(static_cast<int>(hi)));
+    return _mm_or_si128(_mm_and_si128(d, _mm_set1_epi32(0x00FFFFFF)), _mm_slli_epi32(alpha, 24));
+  }
+#endif
   uint32_t hi, lo;
 };
 
@@ -181,6 +195,11 @@ struct RememberedMix {
     }
     return result;
   }
+#if defined(__SSE2__)
+  __m128i sameColourFour(__m128i d, __m128i sa, __m128i da) const {
+    return mix.sameColourFour(d, sa, da);
+  }
+#endif
 };
 
 template <bool kOverLaw, typename Mix>
@@ -242,9 +261,9 @@ void BlendOver(const PlacedView& source, const PlacedView& target, KernelPath pa
   Composite<true>(source, target, path, OverMix{});
 }
 
-void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA,
-                      uint32_t colourB) {
-  Composite<false>(source, target, KernelPath::kWide, ClampedBetween(colourA, colourB));
+void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA, uint32_t colourB,
+                      KernelPath path) {
+  Composite<false>(source, target, path, ClampedBetween(colourA, colourB));
 }
 
 void BlendOverThrough(const PlacedView& source, const PlacedView& middle, const PlacedView& target) {

@@ -14,7 +14,8 @@ void BlendOver(const PlacedView& source, const PlacedView& target, KernelPath pa
 
 // As BlendOver with the saturating alpha law; the result alpha is held between the alpha bytes
 // (bits 24-31) of the two colours.
-void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA, uint32_t colourB);
+void BlendOverClamped(const PlacedView& source, const PlacedView& target, uint32_t colourA, uint32_t colourB,
+                      KernelPath path = KernelPath::kWide);
 
 // BlendOver of `source` onto `middle`, then of `middle` onto `target`: the target gets the pixels of the
 // two calls one after the other, in one walk over the rows. `middle` holds the first step's result only

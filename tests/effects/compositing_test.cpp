@@ -66,8 +66,9 @@ TEST(Compositing, ColourBytesAreTheLawsQuotientForEveryPairOfAlphas) {
   }
 }
 
-// Wide path = scalar path for every pair of alphas (a group of four shares its source alpha), over targets
-// whose colour bytes equal the source's in all four pixels, none or three; each row's last three go singly.
+// Wide path = scalar path, for both laws, for every pair of alphas (a group of four shares its source
+// alpha), over targets whose colour bytes equal the source's in all four pixels, none or three; each row's
+// last three go singly.
 TEST(Compositing, WidePathAgreesWithScalarPathForEveryPairOfAlphas) {
   TestImage source(256 * 4 + 3, 256 * 3), wide(256 * 4 + 3, 256 * 3);
   for (int32_t y = 0; y < source.height; ++y) {
@@ -78,11 +79,22 @@ TEST(Compositing, WidePathAgreesWithScalarPathForEveryPairOfAlphas) {
       wide.at(x, y) = same ? Pixel(30, 60, 90, da) : Pixel(200, 60, static_cast<uint8_t>(x), da);
     }
   }
-  TestImage scalar = wide;
   const IntRect place{0, 0, source.width, source.height};
-  BlendOver({source.view(), place}, {wide.view(), place}, KernelPath::kWide);
-  BlendOver({source.view(), place}, {scalar.view(), place}, KernelPath::kScalar);
-  EXPECT_EQ(wide.pixels, scalar.pixels);
+  const TestImage target = wide;
+  for (bool clamped : {false, true}) {
+    TestImage scalar = target;
+    wide = target;
+    if (clamped) {
+      BlendOverClamped({source.view(), place}, {wide.view(), place}, 0x50000000u, 0xC0000000u,
+                       KernelPath::kWide);
+      BlendOverClamped({source.view(), place}, {scalar.view(), place}, 0x50000000u, 0xC0000000u,
+                       KernelPath::kScalar);
+    } else {
+      BlendOver({source.view(), place}, {wide.view(), place}, KernelPath::kWide);
+      BlendOver({source.view(), place}, {scalar.view(), place}, KernelPath::kScalar);
+    }
+    EXPECT_EQ(wide.pixels, scalar.pixels) << (clamped ? "clamped" : "over");
+  }
 }
 
 TEST(Compositing, PlacementClipsToBothImages) {
