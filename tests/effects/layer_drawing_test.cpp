@@ -1,8 +1,10 @@
 // Drawing a layer: the AGG pieces it stands on and its gradient and uniform fills.
 #include <cmath>
+#include <random>
 #include <vector>
 #include <gtest/gtest.h>
 #include "effects/agg_companions.h"
+#include "effects/agg_pipeline.h"
 #include "effects/gradient_fill.h"
 #include "effects/layer_drawing.h"
 
@@ -105,5 +107,43 @@ TEST(UniformColour, AnswersAndTheColoursWritten) {
   f.fillType = 1;  // a texture fill type is never uniform
   EXPECT_EQ(answers(), (V{0, 0, 0, 0, 0, 0}));
 }
+}  // namespace
+}  // namespace lx
+
+namespace lx {
+namespace {
+
+// A solid span gives what LayerBlender gives pixel by pixel: over transparent pixels that still carry
+// colour bytes (four at a time where the build can), over translucent and opaque ones, with coverages
+// that make alpha 0, in colours translucent and opaque, for spans whose length is not a multiple of four.
+TEST(LayerDrawing, SolidSpanIsTheBlendersRulePixelByPixel) {
+  std::mt19937 rng(11);
+  for (int round = 0; round < 200; ++round) {
+    const int len = 1 + static_cast<int>(rng() % 23);
+    std::vector<uint32_t> target(static_cast<size_t>(len));
+    std::vector<uint8_t> covers(static_cast<size_t>(len));
+    for (int i = 0; i < len; ++i) {
+      const unsigned kind = rng() % 4;
+      target[static_cast<size_t>(i)] = kind < 2    ? rng() & 0x00FFFFFFu
+                                       : kind == 2 ? rng()
+                                                   : 0xFF000000u | rng();
+      if (round % 2 == 0) target[static_cast<size_t>(i)] &= 0x00FFFFFFu;  // a fresh layer
+      covers[static_cast<size_t>(i)] = static_cast<uint8_t>(rng() % 3 == 0   ? 255
+                                                            : rng() % 4 == 0 ? 0
+                                                                             : rng());
+    }
+    const LayerColour colour(static_cast<uint8_t>(rng()), static_cast<uint8_t>(rng()),
+                             static_cast<uint8_t>(rng()),
+                             static_cast<uint8_t>(round % 3 == 0 ? 255 : 1 + rng() % 254));
+    std::vector<uint32_t> want = target;
+    for (int i = 0; i < len; ++i) {
+      LayerBlender::blend_pix(reinterpret_cast<agg::int8u*>(&want[static_cast<size_t>(i)]), colour.r,
+                              colour.g, colour.b, colour.a, covers[static_cast<size_t>(i)]);
+    }
+    BlendSolidSpan(reinterpret_cast<agg::int8u*>(target.data()), len, colour, covers.data());
+    ASSERT_EQ(target, want) << "round " << round;
+  }
+}
+
 }  // namespace
 }  // namespace lx
