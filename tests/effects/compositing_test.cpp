@@ -59,8 +59,14 @@ TEST(Compositing, ColourBytesAreTheLawsQuotientForEveryPairOfAlphas) {
           const uint32_t sv = source >> (8 * k) & 0xFF, dv = target >> (8 * k) & 0xFF;
           want |= (sv * 256 * sa + dv * da * (256 - sa)) / a << (8 * k);
         }
-        const uint32_t got = Blend(source, target, clamped ? V{0u, 0xFF000000u} : V{});
-        ASSERT_EQ(got & 0x00FFFFFFu, want) << sa << ", " << da << (clamped ? " clamped" : "");
+        // A group of four takes the wide path where the build has one; a single pixel the scalar one.
+        for (int32_t n : {1, 4}) {
+          TestImage from(n, 1, source), onto(n, 1, target);
+          const PlacedView a{from.view(), {0, 0, n, 1}}, b{onto.view(), {0, 0, n, 1}};
+          clamped ? BlendOverClamped(a, b, 0u, 0xFF000000u) : BlendOver(a, b);
+          ASSERT_EQ(onto.pixels[0] & 0x00FFFFFFu, want)
+              << sa << ", " << da << (clamped ? " clamped" : "") << n;
+        }
       }
     }
   }
