@@ -4,7 +4,38 @@
 #include <new>
 #include <vector>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace lx {
+
+namespace {
+
+// The first index in [from, to) whose pixel has alpha; `to` if there is none.
+int64_t NextShown(const uint32_t* row, int64_t from, int64_t to) {
+#if defined(__SSE2__)
+  for (; from + 4 <= to; from += 4) {
+    const __m128i alpha = _mm_srli_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + from)), 24);
+    const int clear = _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi32(alpha, _mm_setzero_si128())));
+    if (clear != 0xF) return from + __builtin_ctz(static_cast<unsigned>(~clear & 0xF));
+  }
+#endif
+  while (from < to && (row[from] >> 24) == 0) ++from;
+  return from;
+}
+
+// Column c of a row takes the colour of its giver when it is transparent and the giver's row is not
+// above `oldest`.
+inline void Take(const PixelView& image, uint32_t* row, const int32_t* giverRow, const int32_t* giverColumn,
+                 int64_t c, int32_t oldest) {
+  const int32_t r = giverRow[static_cast<size_t>(c)];
+  if ((row[c] >> 24) == 0 && r >= 0 && r >= oldest) {
+    row[c] = image.row(r)[giverColumn[static_cast<size_t>(c)]] & 0x00FFFFFFu;
+  }
+}
+
+}  // namespace
 
 void SquareColourBleed(const PixelView& image, int32_t distance, std::vector<int32_t>& scratch) {
   if (image.empty() || distance < 1) return;
@@ -29,10 +60,11 @@ void SquareColourBleed(const PixelView& image, int32_t distance, std::vector<int
   const auto scanRow = [&](int64_t r) {
     if (r < d || r > height - d - 1) return;
     const uint32_t* row = image.row(static_cast<int32_t>(r));
-    int64_t last = -1;  // last giving column at or before the look-ahead edge c + d
+    const int64_t end = width - d;  // givers lie in d .. width - d - 1
+    int64_t last = -1;              // last giving column at or before the look-ahead edge c + d
     int64_t scanned = d - 1;
-    for (int64_t c = 0; c < width; ++c) {
-      const int64_t ahead = std::min(c + d, width - d - 1);
+    for (int64_t c = 0; c < width;) {
+      const int64_t ahead = std::min(c + d, end - 1);
       while (scanned < ahead) {
         ++scanned;
         if (row[scanned] >> 24) last = scanned;
@@ -40,7 +72,13 @@ void SquareColourBleed(const PixelView& image, int32_t distance, std::vector<int
       if (last >= 0 && last >= c - d) {
         giverRow[static_cast<size_t>(c)] = static_cast<int32_t>(r);
         giverColumn[static_cast<size_t>(c)] = static_cast<int32_t>(last);
+        ++c;
+        continue;
       }
+      // No giver reaches c: none reaches a column before the next giver's square either.
+      const int64_t next = NextShown(row, scanned + 1, end);
+      if (next == end) break;
+      c = std::max(c + 1, next - d);
     }
   };
 
@@ -49,12 +87,23 @@ void SquareColourBleed(const PixelView& image, int32_t distance, std::vector<int
     const int64_t ahead = std::min(y + d, height - 1);
     while (scannedRows < ahead) scanRow(++scannedRows);
     uint32_t* row = image.row(static_cast<int32_t>(y));
-    for (int64_t c = 0; c < width; ++c) {
-      const int32_t r = giverRow[static_cast<size_t>(c)];
-      if ((row[c] >> 24) == 0 && r >= 0 && r >= y - d) {
-        row[c] = image.row(r)[giverColumn[static_cast<size_t>(c)]] & 0x00FFFFFFu;
-      }
+    const int32_t oldest =
+        static_cast<int32_t>(std::max<int64_t>(y - d, 0));  // the oldest giver row that reaches
+    int64_t c = 0;
+#if defined(__SSE2__)
+    // Four columns at a time are passed over when none is transparent with a giver that reaches it.
+    const __m128i reached = _mm_set1_epi32(oldest - 1);
+    for (; c + 4 <= width; c += 4) {
+      const __m128i clear =
+          _mm_cmpeq_epi32(_mm_srli_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + c)), 24),
+                          _mm_setzero_si128());
+      const __m128i given =
+          _mm_cmpgt_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(giverRow + c)), reached);
+      if (_mm_movemask_epi8(_mm_and_si128(clear, given)) == 0) continue;
+      for (int64_t k = c; k < c + 4; ++k) Take(image, row, giverRow, giverColumn, k, oldest);
     }
+#endif
+    for (; c < width; ++c) Take(image, row, giverRow, giverColumn, c, oldest);
   }
 }
 
