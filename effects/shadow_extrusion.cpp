@@ -100,6 +100,20 @@ void Walk(StampContext& context, int32_t dx, int32_t dy) {
   }
 }
 
+// The softening's edge step: with A the block's highest alpha, a becomes 2a - A/2 held to [0, A].
+inline uint32_t SoftenedAlpha(uint32_t alpha, int32_t body) {
+  return static_cast<uint32_t>(std::clamp(2 * static_cast<int32_t>(alpha) - body / 2, 0, body));
+}
+
+// The softening on an alpha plane; rows holds 2 * width + 2 bytes of scratch.
+void SoftenPlane(const AlphaPlane& plane, int32_t body, uint8_t* rows, KernelPath path) {
+  BlurAlphaRadiusOne(plane, kSofteningRepeats, rows, path);
+  for (int32_t y = 0; y < plane.height; ++y) {
+    uint8_t* row = plane.row(y);
+    for (int32_t x = 0; x < plane.width; ++x) row[x] = static_cast<uint8_t>(SoftenedAlpha(row[x], body));
+  }
+}
+
 }  // namespace
 
 uint8_t HighestAlpha(const PixelView& image) {
@@ -180,11 +194,6 @@ void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, uint8_t extru
 void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest, KernelPath path) {
   if (image.empty() || blur == nullptr) return;
   const int32_t body = densest < 0 ? HighestAlpha(image) : std::min(densest, 255);
-  // The blur leaves a ramp some six pixels wide across the outline; twice as steep about half the body's
-  // alpha, it keeps the smoothed course of the outline at about two pixels' width, where it was.
-  const auto step = [body](uint32_t alpha) {
-    return static_cast<uint32_t>(std::clamp(2 * static_cast<int32_t>(alpha) - body / 2, 0, body));
-  };
   // A block in one colour is blurred as its alpha plane. Each pixel the blur leaves with alpha takes
   // that colour, as the colour bleed gives it on the pixels; those left transparent keep theirs.
   uint32_t colour = 0;
@@ -195,8 +204,7 @@ void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest, 
   if (bytes != nullptr) {
     const AlphaPlane plane{bytes, image.width, image.height, image.width};
     TakeAlpha(image, plane);
-    BlurAlphaRadiusOne(plane, kSofteningRepeats, bytes + width * height, path);
-    for (size_t i = 0; i < width * height; ++i) bytes[i] = static_cast<uint8_t>(step(bytes[i]));
+    SoftenPlane(plane, body, bytes + width * height, path);
     PutAlpha(plane, colour, image);
     return;
   }
@@ -204,8 +212,53 @@ void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest, 
   blur->blurChannels(image, 1, 1, alphaOnly, kSofteningRepeats);
   for (int32_t y = 0; y < image.height; ++y) {
     uint32_t* row = image.row(y);
-    for (int32_t x = 0; x < image.width; ++x) row[x] = (row[x] & 0x00FFFFFFu) | step(row[x] >> 24) << 24;
+    for (int32_t x = 0; x < image.width; ++x)
+      row[x] = (row[x] & 0x00FFFFFFu) | SoftenedAlpha(row[x] >> 24, body) << 24;
   }
+}
+
+void ExtrudeAndSoften(const PixelView& image, int32_t dx, int32_t dy, uint8_t extrudedShadowColour,
+                      BlurFilter* blur) {
+  uint32_t colour = 0;
+  const uint64_t count = static_cast<uint64_t>(image.width) * static_cast<uint64_t>(image.height);
+  const bool planes = !image.empty() && blur != nullptr && (dx != 0 || dy != 0) && count <= SIZE_MAX / 4 &&
+                      OneColour(image, &colour);
+  platform::MemoryHandle handle = nullptr;
+  void* block = planes ? platform::AllocateLockedBlock(static_cast<size_t>(2 * count), &handle) : nullptr;
+  uint8_t* rows = block != nullptr ? blur->byteScratch(2 * static_cast<size_t>(image.width) + 2) : nullptr;
+  if (rows == nullptr) {
+    platform::ReleaseLockedBlock(handle);
+    ExtrudeShadow(image, dx, dy, extrudedShadowColour);
+    SoftenExtrusion(image, blur);
+    return;
+  }
+  // The block stays an alpha plane from the first stamp to the end of the softening.
+  StampContext context;
+  context.planes = true;
+  context.copy.view = {static_cast<uint8_t*>(block), image.width, image.height, image.width * 4};
+  auto* bytes = static_cast<uint8_t*>(block);
+  const AlphaPlane& layer = context.layerAlpha = {bytes, image.width, image.height, image.width};
+  context.copyAlpha = {bytes + count, image.width, image.height, image.width};
+  TakeAlpha(image, layer);
+  std::memcpy(context.copyAlpha.alpha, layer.alpha, static_cast<size_t>(count));
+  const bool even = extrudedShadowColour != 1;
+  const uint8_t body = even ? HighestAlpha(layer) : 0;
+  Walk(context, dx, dy);
+  if (even) {
+    for (uint64_t i = 0; i < count; ++i) bytes[i] = std::min(bytes[i], body);
+  }
+  SoftenPlane(layer, HighestAlpha(layer), rows, KernelPath::kWide);
+  PutAlpha(layer, colour, image);
+  platform::ReleaseLockedBlock(handle);
+}
+
+uint8_t HighestAlpha(const AlphaPlane& plane) {
+  uint8_t highest = 0;
+  for (int32_t y = 0; y < plane.height; ++y) {
+    const uint8_t* row = plane.row(y);
+    for (int32_t x = 0; x < plane.width; ++x) highest = std::max(highest, row[x]);
+  }
+  return highest;
 }
 
 }  // namespace lx

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "effects/alpha_plane.h"
 #include "effects/kernel_path.h"
 #include "image/pixel_view.h"
 
@@ -44,8 +45,15 @@ void ExtrudeShadow(const PixelView& image, int32_t dx, int32_t dy, uint8_t extru
 void SoftenExtrusion(const PixelView& image, BlurFilter* blur, int32_t densest = -1,
                      KernelPath path = KernelPath::kWide);
 
-// The highest alpha in `image`; 0 for an empty view.
+// ExtrudeShadow and then SoftenExtrusion (measuring the block's densest pixel itself), as the Shadow pass
+// applies them to an extrusion without blur; when every pixel with alpha holds one colour, the block is
+// an alpha plane from the first stamp to the end of the softening.
+void ExtrudeAndSoften(const PixelView& image, int32_t dx, int32_t dy, uint8_t extrudedShadowColour,
+                      BlurFilter* blur);
+
+// The highest alpha in `image`, or in a plane; 0 for an empty one.
 uint8_t HighestAlpha(const PixelView& image);
+uint8_t HighestAlpha(const AlphaPlane& plane);
 
 // The alpha where `layers` copies of a shape drawn with alpha `alpha` are laid with BlendOver over
 // one another on a pixel they all cover whole. BlendOver never makes a pixel less opaque and grows with

@@ -152,8 +152,8 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
   PixelBuffer& work = image.pixels;
 
   if (plan.softened) {
-    int32_t densest = -1;
     if (!image.plan.layout.empty() && plan.densestOverWhole) {
+      int32_t densest = -1;
       // A cut image: the body before stamping is at most the Shadow's alpha, after stamping at most the
       // stack of every stamp and the shape itself.
       const bool even = caller.extrudedShadowColour != 1;
@@ -166,10 +166,10 @@ void ShadowPass(RenderProcess& caller, const CallSettings& s, PixelBuffer& outpu
         if (!draw(-1)) return;
         ExtrudeShadow(work.view(), ox, oy, caller.extrudedShadowColour);
       }
+      SoftenExtrusion(work.view(), caller.blur.get(), densest);
     } else {
-      ExtrudeShadow(work.view(), ox, oy, caller.extrudedShadowColour);
+      ExtrudeAndSoften(work.view(), ox, oy, caller.extrudedShadowColour, caller.blur.get());
     }
-    SoftenExtrusion(work.view(), caller.blur.get(), densest);
     BlendOver(work.placed(), output.placed());
     return;
   }

@@ -128,5 +128,23 @@ TEST(AlphaPlane, ExtrusionAndSofteningOfOneColourAsOnThePixels) {
   }
 }
 
+// The extrusion and softening in one go give what the two steps give one after the other, for a block
+// in one colour (on its plane) and one in two (on the pixels), building up or even.
+TEST(AlphaPlane, ExtrudeAndSoftenIsTheTwoStepsInTurn) {
+  for (bool oneColour : {true, false}) {
+    for (uint8_t extrudedShadowColour : {uint8_t{1}, uint8_t{0}}) {
+      TestImage block = OneColourImage(37, 26, extrudedShadowColour + 7u, 0x00102030u);
+      if (!oneColour) block.at(20, 13) = 0xFF102031u;
+      TestImage want = block;
+      BlurFilter blur;
+      ExtrudeShadow(want.view(), 6, -4, extrudedShadowColour);
+      SoftenExtrusion(want.view(), &blur);
+      ExtrudeAndSoften(block.view(), 6, -4, extrudedShadowColour, &blur);
+      EXPECT_EQ(block.pixels, want.pixels)
+          << (oneColour ? "one colour" : "two colours") << ", even " << (extrudedShadowColour != 1);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace lx
