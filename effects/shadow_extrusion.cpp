@@ -9,6 +9,10 @@
 #include "platform/platform.h"
 #include "effects/compositing.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace lx {
 
 namespace {
@@ -108,9 +112,27 @@ inline uint32_t SoftenedAlpha(uint32_t alpha, int32_t body) {
 // The softening on an alpha plane; rows holds 2 * width + 2 bytes of scratch.
 void SoftenPlane(const AlphaPlane& plane, int32_t body, uint8_t* rows, KernelPath path) {
   BlurAlphaRadiusOne(plane, kSofteningRepeats, rows, path);
+  [[maybe_unused]] const bool wide = path == KernelPath::kWide && HasWideKernels();
   for (int32_t y = 0; y < plane.height; ++y) {
     uint8_t* row = plane.row(y);
-    for (int32_t x = 0; x < plane.width; ++x) row[x] = static_cast<uint8_t>(SoftenedAlpha(row[x], body));
+    int32_t x = 0;
+#if defined(__SSE2__)
+    if (wide) {
+      // 2a - A/2 in 16-bit lanes, held to [0, A] (A is at most 255).
+      const __m128i zero = _mm_setzero_si128(), half = _mm_set1_epi16(static_cast<short>(body / 2));
+      const __m128i most = _mm_set1_epi16(static_cast<short>(std::clamp(body, 0, 255)));
+      const auto step = [&](__m128i a) {
+        return _mm_min_epi16(_mm_max_epi16(_mm_sub_epi16(_mm_add_epi16(a, a), half), zero), most);
+      };
+      for (; x + 16 <= plane.width; x += 16) {
+        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x));
+        _mm_storeu_si128(
+            reinterpret_cast<__m128i*>(row + x),
+            _mm_packus_epi16(step(_mm_unpacklo_epi8(a, zero)), step(_mm_unpackhi_epi8(a, zero))));
+      }
+    }
+#endif
+    for (; x < plane.width; ++x) row[x] = static_cast<uint8_t>(SoftenedAlpha(row[x], body));
   }
 }
 
@@ -256,7 +278,16 @@ uint8_t HighestAlpha(const AlphaPlane& plane) {
   uint8_t highest = 0;
   for (int32_t y = 0; y < plane.height; ++y) {
     const uint8_t* row = plane.row(y);
-    for (int32_t x = 0; x < plane.width; ++x) highest = std::max(highest, row[x]);
+    int32_t x = 0;
+#if defined(__SSE2__)
+    __m128i most = _mm_setzero_si128();
+    for (; x + 16 <= plane.width; x += 16)
+      most = _mm_max_epu8(most, _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + x)));
+    alignas(16) uint8_t lanes[16];
+    _mm_store_si128(reinterpret_cast<__m128i*>(lanes), most);
+    for (uint8_t v : lanes) highest = std::max(highest, v);
+#endif
+    for (; x < plane.width; ++x) highest = std::max(highest, row[x]);
   }
   return highest;
 }

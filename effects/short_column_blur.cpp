@@ -84,8 +84,8 @@ inline __m128i Transparent(__m128i four) {
   return _mm_cmpeq_epi32(_mm_srli_epi32(four, 24), _mm_setzero_si128());
 }
 
-// BledPixel and NoteBled for columns k .. k + 3, walking reach rows ahead of y: the last opaque pixel
-// read down a column is the one a transparent pixel takes, if it lies no more than reach - 1 rows above.
+// BledPixel for columns k .. k + 3, walking reach rows ahead of y: the last opaque pixel read down a
+// column is the one a transparent pixel takes, if it lies no more than reach - 1 rows above.
 inline void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead) {
   __m128i row = Load(b.opaqueRow + k);
   __m128i colour = Load(b.opaqueColour + k);
@@ -101,16 +101,26 @@ inline void BleedFour(const ColumnBlock& b, int32_t k, int32_t y, int32_t ahead)
   }
   const __m128i own = Load(b.imageRow(y) + k);
   const __m128i takes = _mm_and_si128(Transparent(own), _mm_cmpgt_epi32(row, _mm_set1_epi32(y - b.reach)));
-  const __m128i out = Select(takes, colour, own);
-  Store(b.bledRow(y) + k, out);
+  Store(b.bledRow(y) + k, Select(takes, colour, own));
+}
 
-  const __m128i set = _mm_cmpeq_epi32(_mm_cmpeq_epi32(out, _mm_setzero_si128()), _mm_setzero_si128());
-  if (_mm_movemask_epi8(set) == 0) return;
-  const __m128i here = _mm_set1_epi32(y);
-  const __m128i first = Load(b.first + k);
-  const __m128i last = Load(b.last + k);
-  Store(b.first + k, Select(_mm_and_si128(set, _mm_cmpgt_epi32(first, last)), here, first));
-  Store(b.last + k, Select(set, here, last));
+// NoteBled's first and last rows for columns k .. k + 3, found once the block is bled: walking in from
+// the top and from the bottom stops at the rows where each column's first non-zero pixel is, which lie
+// near the ends in a layer's margins.
+inline void NoteFour(const ColumnBlock& b, int32_t k) {
+  const int32_t height = b.image->height;
+  const __m128i zero = _mm_setzero_si128();
+  const auto walk = [&](int32_t from, int32_t step, int32_t* out) {
+    __m128i found = zero, at = _mm_set1_epi32(step > 0 ? height : -1);
+    for (int32_t y = from; y >= 0 && y < height && _mm_movemask_epi8(found) != 0xFFFF; y += step) {
+      const __m128i set = _mm_cmpeq_epi32(_mm_cmpeq_epi32(Load(b.bledRow(y) + k), zero), zero);
+      at = Select(_mm_andnot_si128(found, set), _mm_set1_epi32(y), at);
+      found = _mm_or_si128(found, set);
+    }
+    Store(out + k, at);
+  };
+  walk(0, 1, b.first);
+  walk(height - 1, -1, b.last);
 }
 
 // BlurredPixel for columns k .. k + 3, stored in the rows the stack blur writes.
@@ -153,6 +163,9 @@ void BlurBlock(const ColumnBlock& b, bool wide) {
 #endif
     for (int32_t k = wideCount; k < b.count; ++k) NoteBled(b, k, y, BledPixel(b, k, y));
   }
+#if defined(__SSE2__)
+  for (int32_t k = 0; k < wideCount; k += 4) NoteFour(b, k);
+#endif
   // The stack blur writes from r + 1 rows before a column's first non-zero pixel to r rows after its
   // last.
   for (int32_t k = 0; k < b.count; ++k) {
