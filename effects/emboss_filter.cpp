@@ -47,16 +47,17 @@ void EmbossFilter::updateLight() {
 }
 
 void EmbossFilter::shadeSlopes(const int32_t* nx, const int32_t* ny, const int32_t* lengths, int32_t count,
-                               uint32_t* greys) const {
+                               uint32_t* greys, [[maybe_unused]] bool wide) const {
   int32_t i = 0;
 #if defined(__SSE2__)
+  const int32_t wideCount = wide ? count : 0;  // otherwise the portable loop below takes every slope
   // Two slopes to a register, in the scalar steps' order: the same products, sums, truncations,
   // square roots and quotients.
   const __m128d lx = _mm_set1_pd(lx_), ly = _mm_set1_pd(ly_), nzlz = _mm_set1_pd(nzlz_),
                 nz2 = _mm_set1_pd(nz2_);
   const __m128d background = _mm_set1_pd(background_);
   const __m128i zero = _mm_setzero_si128();
-  for (; i + 2 <= count; i += 2) {
+  for (; i + 2 <= wideCount; i += 2) {
     const __m128i x = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(nx + i));
     const __m128i y = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(ny + i));
     const __m128d dx = _mm_cvtepi32_pd(x), dy = _mm_cvtepi32_pd(y);
@@ -85,7 +86,7 @@ void EmbossFilter::shadeSlopes(const int32_t* nx, const int32_t* ny, const int32
   }
 }
 
-void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch) const {
+void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch, KernelPath path) const {
   if (image.empty() || image.height < 3) return;
   const size_t width = static_cast<size_t>(image.width);
   const size_t height = static_cast<size_t>(image.height);
@@ -147,7 +148,7 @@ void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch)
       lengths[count] = slopesX[count] * slopesX[count] + slopesY[count] * slopesY[count];
       ++count;
     }
-    shadeSlopes(slopesX, slopesY, lengths, count, greys);
+    shadeSlopes(slopesX, slopesY, lengths, count, greys, path == KernelPath::kWide && HasWideKernels());
     for (int32_t i = 0; i < count; ++i) {
       const uint32_t grey = greys[i];
       output[shown[i]] = grey | grey << 8 | grey << 16 | (centres[shown[i]] & 0xFF000000u);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "effects/effect_object.h"
+#include "effects/kernel_path.h"
 #include "image/pixel_view.h"
 
 namespace lx {
@@ -27,13 +28,15 @@ class EmbossFilter : public EffectObject {
 
   // Replaces the colours of an image of 3 rows or more by the shaded grey; alpha stays. scratch is
   // grown to the image's pixels plus nine rows (when it cannot be, the image is left as it is).
-  void apply(const PixelView& image, std::vector<uint32_t>& scratch) const;
+  // `path` chooses the kernels (the same image either way).
+  void apply(const PixelView& image, std::vector<uint32_t>& scratch,
+             KernelPath path = KernelPath::kWide) const;
 
  private:
   void updateLight();
   // The grey of count pixels with slopes (nx[i], ny[i]) and squared slope lengths lengths[i].
   void shadeSlopes(const int32_t* nx, const int32_t* ny, const int32_t* lengths, int32_t count,
-                   uint32_t* greys) const;
+                   uint32_t* greys, bool wide) const;
 
   double azimuth_ = 135.0;
   double elevation_ = 60.0;
