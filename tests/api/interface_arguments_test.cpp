@@ -101,6 +101,37 @@ TEST_F(Interface, ValuesAreStoredWithinTheirRanges) {
   EXPECT_EQ(V(s.shadowExtruded, s.extrudedShadowColour, s.faceEmbossed, s.outline3DBorder), V(7, 0, 7, 9));
 }
 
+// A setter of several values given a null pointer for any one of them stores none of them.
+TEST_F(Interface, ASetterMissingAnyOneValueStoresNone) {
+  const RenderProcess& s = process();
+  const auto settings = [&] {
+    return V(s.border3DWidth, s.border3DDepth, s.border3DAngle, s.shadowColour, s.shadowAlpha,
+             s.shadowOffsetX, s.shadowOffsetY, s.shadowZoomX, s.shadowZoomY, s.glyphMatrix.tx,
+             s.glyphMatrix.ty, s.embossAngle, s.embossLight[0], s.face.startColour, s.face.endColour,
+             s.outline.startColour, s.outline.endColour);
+  };
+  const std::vector<double> before = settings();
+  const uint8_t b = 9;
+  const int32_t n = 9;
+  const double d = 0.5;
+  for (int missing = 0; missing < 4; ++missing) {
+    const auto u8 = [&](int i) { return i == missing ? nullptr : &b; };
+    const auto i32 = [&](int i) { return i == missing ? nullptr : &n; };
+    const auto f64 = [&](int i) { return i == missing ? nullptr : &d; };
+    if (missing < 3) SetOutline3DBorder(&slot_, u8(0), u8(1), f64(2));
+    SetFaceTextureEmbossed(&slot_, f64(0), u8(1), u8(2), u8(3));
+    for (auto set :
+         {SetShadowColor, SetColorFaceStart, SetColorFaceEnd, SetColorOutlineStart, SetColorOutlineEnd})
+      set(&slot_, u8(0), u8(1), u8(2), u8(3));
+    if (missing < 2) {
+      SetShadowOffset(&slot_, i32(0), i32(1));
+      SetTranslation(&slot_, i32(0), i32(1));
+      SetShadowZoom(&slot_, f64(0), f64(1));
+    }
+    EXPECT_EQ(settings(), before) << "argument " << missing << " missing";
+  }
+}
+
 TEST_F(Interface, GradientTypesReadOnlyTheParametersTheyUse) {
   const double* u = reinterpret_cast<const double*>(pages_.page(2));  // unreadable
   const double angle = 10.0, from = -0.2, to = 1.8, inside = 0.3;
