@@ -8,6 +8,7 @@
 #include "effects/alpha_plane.h"
 #include "effects/blur_filter.h"
 #include "effects/light_angles.h"
+#include "effects/scratch_growth.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -491,11 +492,7 @@ bool BevelFilter::applyGreyBorder(const PixelView& image, int passes, bool blurr
                                   KernelPath path) {
   const size_t width = static_cast<size_t>(image.width);
   const size_t height = static_cast<size_t>(image.height);
-  try {
-    if (planes_.size() < 2 * width * height) planes_.resize(2 * width * height);
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
+  if (!GrowScratch(planes_, 2 * width * height)) return false;
   uint8_t* grey = planes_.data();
   uint8_t* alpha = grey + width * height;
   const GreyPlanes planes{grey, alpha, image.width, image.height, image.width};
@@ -535,11 +532,7 @@ void BevelFilter::applyPixelBorder(const PixelView& image, int passes, unsigned 
                                    const IntRect& keep) {
   const size_t width = static_cast<size_t>(image.width);
   const size_t height = static_cast<size_t>(image.height);
-  try {
-    if (original_.size() < width * height) original_.resize(width * height);
-  } catch (const std::bad_alloc&) {
-    return;
-  }
+  if (!GrowScratch(original_, width * height)) return;
   // The stroke as it was is kept on the way.
   for (size_t y = 0; y < height; ++y) {
     uint32_t* row = image.row(static_cast<int32_t>(y));

@@ -2,6 +2,7 @@
 
 #include "effects/short_column_blur.h"
 #include "effects/stack_blur_line.h"
+#include "effects/scratch_growth.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -132,14 +133,7 @@ void BlurFilter::blurChannels(const PixelView& image, unsigned rx, unsigned ry, 
 }
 
 uint8_t* BlurFilter::byteScratch(size_t bytes) {
-  if (bytes_.size() < bytes) {
-    try {
-      bytes_.resize(bytes);
-    } catch (const std::bad_alloc&) {
-      return nullptr;
-    }
-  }
-  return bytes_.data();
+  return GrowScratch(bytes_, bytes) ? bytes_.data() : nullptr;
 }
 
 void BlurFilter::trimScratch(size_t maxBytes) {
@@ -156,14 +150,7 @@ void BlurFilter::run(const PixelView& image, unsigned rx, unsigned ry, uint32_t 
   const uint64_t height = static_cast<uint64_t>(image.height);
   const uint64_t block = std::min<uint64_t>(kColumnBlock, width);
   const uint64_t needed = std::max(rx != 0 ? width : 0, ry != 0 ? block * height : 0);
-  if (needed > lines_.max_size()) return;
-  if (lines_.size() < needed) {
-    try {
-      lines_.resize(static_cast<size_t>(needed));
-    } catch (const std::bad_alloc&) {
-      return;
-    }
-  }
+  if (!GrowScratch(lines_, needed)) return;
 
   for (int i = 0; i < repeat; ++i) {
     if (rx != 0) horizontalPass(image, rx, writeMask);

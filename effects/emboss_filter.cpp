@@ -6,6 +6,7 @@
 #include <new>
 
 #include "effects/light_angles.h"
+#include "effects/scratch_growth.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -91,11 +92,7 @@ void EmbossFilter::apply(const PixelView& image, std::vector<uint32_t>& scratch,
   const size_t width = static_cast<size_t>(image.width);
   const size_t height = static_cast<size_t>(image.height);
   if (width > SIZE_MAX / 4 / (height + 9)) return;
-  try {
-    if (scratch.size() < width * (height + 9)) scratch.resize(width * (height + 9));
-  } catch (const std::bad_alloc&) {
-    return;
-  }
+  if (!GrowScratch(scratch, width * (height + 9))) return;
   // Every row's heights (the sum of its colour bytes), taken before any row is shaded; then three rows
   // for the first and last output rows, whose neighbourhoods are not three rows in order; then the
   // output row.

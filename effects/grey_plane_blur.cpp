@@ -5,6 +5,7 @@
 #include <new>
 
 #include "effects/short_window.h"
+#include "effects/scratch_growth.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -213,14 +214,7 @@ bool BlurGreyPlanes(const GreyPlanes& planes, std::vector<uint8_t>& scratch, Ker
   if (planes.empty()) return true;
   const uint64_t width = static_cast<uint64_t>(planes.width);
   const uint64_t needed = std::max(width * static_cast<uint64_t>(planes.height), 3 * (width + 2 * kPad));
-  if (needed > scratch.max_size()) return false;
-  if (scratch.size() < needed) {
-    try {
-      scratch.resize(static_cast<size_t>(needed));
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
-  }
+  if (!GrowScratch(scratch, needed)) return false;
   const bool wide = path == KernelPath::kWide && HasWideKernels() && planes.width >= 16;
   BlurRows(planes, scratch.data(), wide);
   BlurColumns(planes, scratch.data(), wide);

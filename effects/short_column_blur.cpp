@@ -5,6 +5,7 @@
 #include <new>
 
 #include "effects/short_window.h"
+#include "effects/scratch_growth.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -198,14 +199,7 @@ bool ShortColumnBlur(const PixelView& image, unsigned r, uint32_t writeMask, std
   const uint64_t widest = std::max<uint64_t>(kBlockPixels / height, kNarrowestBlock) & ~uint64_t{3};
   const uint64_t blockWidth = std::min(width, widest);
   const uint64_t needed = blockWidth * (height + 4);
-  if (needed > scratch.max_size()) return false;
-  if (scratch.size() < needed) {
-    try {
-      scratch.resize(static_cast<size_t>(needed));
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
-  }
+  if (!GrowScratch(scratch, needed)) return false;
   ColumnBlock b{};
   b.image = &image;
   b.radius = static_cast<int32_t>(r);
