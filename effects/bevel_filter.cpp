@@ -100,11 +100,13 @@ bool BevelFilter::reserveRows(int32_t width) {
   try {
     for (auto& row : heightRows_) row.assign(static_cast<size_t>(width), 0);
     for (auto& row : columnRows_) row.assign(static_cast<size_t>(width) + 2, 0);
-    for (auto& row : lightRows_) row.assign(static_cast<size_t>(width), 0);
+    lightRow_.assign(static_cast<size_t>(width), 0);
+    slopeRow_.assign(2 * static_cast<size_t>(width), 0);
   } catch (const std::bad_alloc&) {
     for (auto& row : heightRows_) std::vector<int32_t>().swap(row);
     for (auto& row : columnRows_) std::vector<int32_t>().swap(row);
-    for (auto& row : lightRows_) std::vector<int32_t>().swap(row);
+    std::vector<int32_t>().swap(lightRow_);
+    std::vector<int16_t>().swap(slopeRow_);
     return false;
   }
   return true;
@@ -198,8 +200,8 @@ void BevelFilter::shadeGrey(const GreyPlanes& planes, bool wide) {
   int32_t* sums = columnRows_[0].data();
   int32_t* falls = columnRows_[1].data();
   int32_t* shown = columnRows_[2].data();
-  int32_t* lights = lightRows_[0].data();
-  int16_t* slopes = reinterpret_cast<int16_t*>(lightRows_[1].data());
+  int32_t* lights = lightRow_.data();
+  int16_t* slopes = slopeRow_.data();
   readGreyHeights(planes, 0, top);
   readGreyHeights(planes, 0, middle);
   readGreyHeights(planes, Clamp(1, height), bottom);

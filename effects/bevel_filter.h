@@ -107,7 +107,8 @@ class BevelFilter : public EffectObject {
   // The column sums and falls of the middle height row, and the shade of each of its pixels.
   std::vector<int32_t> columnRows_[3];
   // The grey shading's lights of one row's pixels with alpha, and their slopes as pairs of 16 bits.
-  std::vector<int32_t> lightRows_[2];
+  std::vector<int32_t> lightRow_;
+  std::vector<int16_t> slopeRow_;
   // The Outline as it was before the border, re-tinted at the end (worked on the pixels); or the grey
   // plane, the alpha plane and the blur's scratch (worked on the planes).
   std::vector<uint32_t> original_;
