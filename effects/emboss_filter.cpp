@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <new>
 
 #include "effects/light_angles.h"
 #include "effects/scratch_growth.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 
 #include "effects/short_window.h"
 #include "effects/scratch_growth.h"
