@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "effects/short_window.h"
+#include "effects/alpha_runs.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -85,8 +86,7 @@ bool OneColour(const PixelView& image, uint32_t* colour) {
     const uint32_t* row = image.row(y);
     int32_t x = 0;
     if (!found) {
-      for (; x < image.width && (row[x] & kAlpha) == 0; ++x) {
-      }
+      x = static_cast<int32_t>(FindAlpha(row, 0, image.width, false));
       if (x == image.width) continue;
       found = true;
       first = row[x] & kColour;

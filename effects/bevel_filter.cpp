@@ -44,6 +44,31 @@ inline int32_t Clamp(int64_t x, int32_t n) {
   return static_cast<int32_t>(std::clamp<int64_t>(x, 0, n - 1));
 }
 
+// Column c's three heights summed (for the slope across) and bottom minus top (for the slope down), at
+// index c + 1, with the neighbour each edge takes (the edge itself, or the other edge when the rows
+// wrap) at 0 and width + 1.
+void SumColumns(const int32_t* top, const int32_t* middle, const int32_t* bottom, int32_t width, bool wrap,
+                int32_t* sums, int32_t* falls) {
+  int32_t c = 0;
+#if defined(__SSE2__)
+  for (; c + 4 <= width; c += 4) {
+    const __m128i t = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + c));
+    const __m128i m = _mm_loadu_si128(reinterpret_cast<const __m128i*>(middle + c));
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bottom + c));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + c + 1), _mm_add_epi32(_mm_add_epi32(t, m), b));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(falls + c + 1), _mm_sub_epi32(b, t));
+  }
+#endif
+  for (; c < width; ++c) {
+    sums[c + 1] = top[c] + middle[c] + bottom[c];
+    falls[c + 1] = bottom[c] - top[c];
+  }
+  sums[0] = wrap ? sums[width] : sums[1];
+  falls[0] = wrap ? falls[width] : falls[1];
+  sums[width + 1] = wrap ? sums[1] : sums[width];
+  falls[width + 1] = wrap ? falls[1] : falls[width];
+}
+
 // Byte 0 weighs 0.3 and byte 2 0.11 here, the other way round from the emboss tint.
 inline int32_t Luminance(uint32_t b0, uint32_t b1, uint32_t b2) {
   return static_cast<int32_t>(0.11 * b2 + 0.59 * b1 + 0.3 * b0 + 0.5);
@@ -142,7 +167,7 @@ void BevelFilter::readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t
   const uint8_t* grey = planes.greyRow(row);
   const uint8_t* alpha = planes.alphaRow(row);
   const int32_t width = planes.width;
-  // Every pixel as clear or opaque first, without a branch; then the few translucent ones.
+  // Every pixel as clear or opaque, without a branch; then the few translucent ones.
   const int32_t clear = clearHeight_;
   const auto some = [&](int32_t from, int32_t to) {
     for (int32_t x = from; x < to; ++x) {
@@ -150,35 +175,28 @@ void BevelFilter::readGreyHeights(const GreyPlanes& planes, int32_t row, int32_t
       heights[x] = clear + ((opaqueHeights_[grey[x]] - clear) & shown);
     }
   };
+  const auto translucent = [&](int32_t x) { heights[x] = heightOf(GreyLuminanceOf(grey[x]), alpha[x]); };
   int32_t done = 0;
 #if defined(__SSE2__)
   // Sixteen clear pixels at a time take the clear height in four stores.
   const __m128i clears = _mm_set1_epi32(clear);
   for (; done + 16 <= width; done += 16) {
     const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(alpha + done));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(a, _mm_setzero_si128())) != 0xFFFF) {
-      some(done, done + 16);
+    const __m128i none = _mm_cmpeq_epi8(a, _mm_setzero_si128());
+    if (_mm_movemask_epi8(none) == 0xFFFF) {
+      for (int32_t k = 0; k < 16; k += 4)
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(heights + done + k), clears);
       continue;
     }
-    for (int32_t k = 0; k < 16; k += 4)
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(heights + done + k), clears);
+    some(done, done + 16);
+    const __m128i ends = _mm_or_si128(none, _mm_cmpeq_epi8(a, _mm_set1_epi8(-1)));
+    for (unsigned m = ~static_cast<unsigned>(_mm_movemask_epi8(ends)) & 0xFFFFu; m != 0; m &= m - 1)
+      translucent(done + __builtin_ctz(m));
   }
 #endif
   some(done, width);
-  int32_t x = 0;
-#if defined(__SSE2__)
-  for (; x + 16 <= width; x += 16) {
-    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(alpha + x));
-    const __m128i ends =
-        _mm_or_si128(_mm_cmpeq_epi8(a, _mm_setzero_si128()), _mm_cmpeq_epi8(a, _mm_set1_epi8(-1)));
-    for (unsigned m = ~static_cast<unsigned>(_mm_movemask_epi8(ends)) & 0xFFFFu; m != 0; m &= m - 1) {
-      const int32_t k = x + __builtin_ctz(m);
-      heights[k] = heightOf(GreyLuminanceOf(grey[k]), alpha[k]);
-    }
-  }
-#endif
-  for (; x < width; ++x) {
-    if (alpha[x] != 0 && alpha[x] != 255) heights[x] = heightOf(GreyLuminanceOf(grey[x]), alpha[x]);
+  for (int32_t x = done; x < width; ++x) {
+    if (alpha[x] != 0 && alpha[x] != 255) translucent(x);
   }
 }
 
@@ -206,24 +224,7 @@ void BevelFilter::shadeGrey(const GreyPlanes& planes, bool wide) {
   readGreyHeights(planes, 0, middle);
   readGreyHeights(planes, Clamp(1, height), bottom);
   for (int32_t y = 0; y < height; ++y) {
-    int32_t c = 0;
-#if defined(__SSE2__)
-    for (; c + 4 <= width; c += 4) {
-      const __m128i t = _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + c));
-      const __m128i m = _mm_loadu_si128(reinterpret_cast<const __m128i*>(middle + c));
-      const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bottom + c));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + c + 1), _mm_add_epi32(_mm_add_epi32(t, m), b));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(falls + c + 1), _mm_sub_epi32(b, t));
-    }
-#endif
-    for (; c < width; ++c) {
-      sums[c + 1] = top[c] + middle[c] + bottom[c];
-      falls[c + 1] = bottom[c] - top[c];
-    }
-    sums[0] = sums[1];
-    falls[0] = falls[1];
-    sums[width + 1] = sums[width];
-    falls[width + 1] = falls[width];
+    SumColumns(top, middle, bottom, width, false, sums, falls);
     // Only the pixels with alpha need their shade: the grey of the others is never read again. Their
     // slopes are gathered first and lit together.
     uint8_t* grey = planes.greyRow(y);
@@ -273,9 +274,7 @@ void BevelFilter::shade(const PixelView& image) {
   int32_t* top = heightRows_[0].data();
   int32_t* middle = heightRows_[1].data();
   int32_t* bottom = heightRows_[2].data();
-  // Column c's three heights summed (for the slope across) and bottom minus top (for the slope down),
-  // at index c + 1, with the neighbour each edge takes (the edge itself, or the other edge when the
-  // rows wrap) at 0 and width + 1.
+  // Column sums and falls (see SumColumns), and each pixel's shade.
   int32_t* sums = columnRows_[0].data();
   int32_t* falls = columnRows_[1].data();
   int32_t* shades = columnRows_[2].data();
@@ -292,14 +291,7 @@ void BevelFilter::shade(const PixelView& image) {
     const bool rowFlat = !wrap && (y + offsetY < 0 || y + offsetY >= height);
     std::fill(shades, shades + width, lz_);
     if (!rowFlat) {
-      for (int32_t c = 0; c < width; ++c) {
-        sums[c + 1] = top[c] + middle[c] + bottom[c];
-        falls[c + 1] = bottom[c] - top[c];
-      }
-      sums[0] = wrap ? sums[width] : sums[1];
-      falls[0] = wrap ? falls[width] : falls[1];
-      sums[width + 1] = wrap ? sums[1] : sums[width];
-      falls[width + 1] = wrap ? falls[1] : falls[width];
+      SumColumns(top, middle, bottom, width, wrap, sums, falls);
       int32_t c = firstColumn;
       int32_t lastNx = 0, lastNy = 0, lastShade = lz_;
       for (int32_t x = firstLit; x < endLit; ++x, ++c) {

@@ -4,6 +4,8 @@
 #include <new>
 #include <vector>
 
+#include "effects/alpha_runs.h"
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -11,19 +13,6 @@
 namespace lx {
 
 namespace {
-
-// The first index in [from, to) whose pixel has alpha; `to` if there is none.
-int64_t NextShown(const uint32_t* row, int64_t from, int64_t to) {
-#if defined(__SSE2__)
-  for (; from + 4 <= to; from += 4) {
-    const __m128i alpha = _mm_srli_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + from)), 24);
-    const int clear = _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi32(alpha, _mm_setzero_si128())));
-    if (clear != 0xF) return from + __builtin_ctz(static_cast<unsigned>(~clear & 0xF));
-  }
-#endif
-  while (from < to && (row[from] >> 24) == 0) ++from;
-  return from;
-}
 
 // Column c of a row takes the colour of its giver when it is transparent and the giver's row is not
 // above `oldest`.
@@ -76,7 +65,7 @@ void SquareColourBleed(const PixelView& image, int32_t distance, std::vector<int
         continue;
       }
       // No giver reaches c: none reaches a column before the next giver's square either.
-      const int64_t next = NextShown(row, scanned + 1, end);
+      const int64_t next = FindAlpha(row, scanned + 1, end, false);
       if (next == end) break;
       c = std::max(c + 1, next - d);
     }

@@ -104,7 +104,21 @@ void Walk(StampContext& context, int32_t dx, int32_t dy) {
   }
 }
 
-// The softening's edge step: with A the block's highest alpha, a becomes 2a - A/2 held to [0, A].
+// The stamping of `image` as two alpha planes in `block` (twice its pixels in bytes): the layer's alpha,
+// then the untouched copy's.
+void TakePlanes(StampContext& context, const PixelView& image, uint8_t* block) {
+  const size_t count = static_cast<size_t>(image.width) * static_cast<size_t>(image.height);
+  context.planes = true;
+  context.copy.view = {block, image.width, image.height, image.width * 4};  // its size bounds the stamps
+  context.layerAlpha = {block, image.width, image.height, image.width};
+  context.copyAlpha = {block + count, image.width, image.height, image.width};
+  TakeAlpha(image, context.layerAlpha);
+  std::memcpy(context.copyAlpha.alpha, context.layerAlpha.alpha, count);
+}
+
+// The softening's edge step: with A the block's highest alpha, a becomes 2a - A/2 held to [0, A]. The
+// blur leaves a ramp some six pixels wide across the outline; twice as steep about half the body's alpha,
+// it keeps the smoothed course of the outline at about two pixels' width, where it was.
 inline uint32_t SoftenedAlpha(uint32_t alpha, int32_t body) {
   return static_cast<uint32_t>(std::clamp(2 * static_cast<int32_t>(alpha) - body / 2, 0, body));
 }
@@ -171,20 +185,16 @@ void Extrude(const PixelView& image, int32_t dx, int32_t dy) {
   void* block = platform::AllocateLockedBlock(static_cast<size_t>(count * (context.planes ? 2 : 4)), &handle);
   if (block == nullptr) return;
 
-  context.copy.view = {static_cast<uint8_t*>(block), image.width, image.height, image.width * 4};
-  context.copy.rect = {0, 0, image.width, image.height};
-  context.layer.view = image;
   if (context.planes) {
-    auto* bytes = static_cast<uint8_t*>(block);
-    context.layerAlpha = {bytes, image.width, image.height, image.width};
-    context.copyAlpha = {bytes + count, image.width, image.height, image.width};
-    TakeAlpha(image, context.layerAlpha);
-    std::memcpy(context.copyAlpha.alpha, context.layerAlpha.alpha, static_cast<size_t>(count));
+    TakePlanes(context, image, static_cast<uint8_t*>(block));
     Walk(context, dx, dy);
     // BlendOver never lowers alpha: a pixel still transparent was never stamped and keeps its colour.
     PutAlpha(context.layerAlpha, colour, image);
   } else {
     auto* copy = static_cast<uint32_t*>(block);
+    context.copy.view = {static_cast<uint8_t*>(block), image.width, image.height, image.width * 4};
+    context.copy.rect = {0, 0, image.width, image.height};
+    context.layer.view = image;
     const size_t width = static_cast<size_t>(image.width);
     if (static_cast<size_t>(image.stride) == width * 4) {
       CopyPixels(copy, image.row(0), static_cast<size_t>(count));
@@ -256,13 +266,9 @@ void ExtrudeAndSoften(const PixelView& image, int32_t dx, int32_t dy, uint8_t ex
   }
   // The block stays an alpha plane from the first stamp to the end of the softening.
   StampContext context;
-  context.planes = true;
-  context.copy.view = {static_cast<uint8_t*>(block), image.width, image.height, image.width * 4};
-  auto* bytes = static_cast<uint8_t*>(block);
-  const AlphaPlane& layer = context.layerAlpha = {bytes, image.width, image.height, image.width};
-  context.copyAlpha = {bytes + count, image.width, image.height, image.width};
-  TakeAlpha(image, layer);
-  std::memcpy(context.copyAlpha.alpha, layer.alpha, static_cast<size_t>(count));
+  TakePlanes(context, image, static_cast<uint8_t*>(block));
+  const AlphaPlane& layer = context.layerAlpha;
+  uint8_t* bytes = layer.alpha;
   const bool even = extrudedShadowColour != 1;
   const uint8_t body = even ? HighestAlpha(layer) : 0;
   Walk(context, dx, dy);
